@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs the whole test suite; ends with ctest's summary.
+#   scripts/test.sh              normal build in build/
+#   scripts/test.sh --sanitize   AddressSanitizer + UBSan build in build-asan/
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+
+bash scripts/setup-deps.sh
+
+build=build
+extra=()
+if [ "${1:-}" = "--sanitize" ]; then
+  build=build-asan
+  extra=(-DVYR_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug)
+  export ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:exitcode=23"
+  export UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1"
+  export LSAN_OPTIONS="suppressions=$root/scripts/lsan.supp:print_suppressions=0"
+fi
+
+cmake -S . -B "$build" -DVYR_BUILD_TESTS=ON -DVYR_BUILD_DEMO=ON "${extra[@]}" >/dev/null
+cmake --build "$build" -j"$(nproc)"
+cd "$build"
+ctest --output-on-failure -j"$(nproc)"

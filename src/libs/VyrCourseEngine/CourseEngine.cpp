@@ -1,0 +1,178 @@
+#include "CourseEngine.h"
+
+#include <QTimer>
+#include <algorithm>
+
+namespace VyrEngine {
+
+CourseEngine* CourseEngine::m_pInstance = nullptr;
+
+CourseEngine::CourseEngine(QObject* parent)
+    : QObject(parent)
+{
+}
+
+CourseEngine* CourseEngine::instance()
+{
+    if (!m_pInstance)
+        m_pInstance = new CourseEngine();
+    return m_pInstance;
+}
+
+QSharedPointer<SnapshotLesson> CourseEngine::lessonSnapshot(quint64 lessonId) const
+{
+    auto it = m_lessons.constFind(lessonId);
+    if (it == m_lessons.constEnd())
+        return {};
+    return QSharedPointer<SnapshotLesson>::create(*it);
+}
+
+CourseEngine::LessonInfoFuture CourseEngine::lessonInfoFuture(quint64 schoolId, quint64 courseId, quint64 lessonId)
+{
+    Q_UNUSED(schoolId)
+    Q_UNUSED(courseId)
+    // The engine always delivers a record; a lesson it lost meanwhile has an empty name.
+    return startPending([this, lessonId]() {
+        auto info = QSharedPointer<LessonInfo>::create();
+        info->id = lessonId;
+        info->name = m_lessonNames.value(lessonId);
+        return info;
+    });
+}
+
+CourseEngine::LessonInfoFuture CourseEngine::courseInfoFuture(QSharedPointer<SnapshotLesson> lesson)
+{
+    const quint64 courseId = lesson ? lesson->courseId : 0;
+    auto inHand = m_coursesInHand.constFind(courseId);
+    if (inHand != m_coursesInHand.constEnd()) {
+        auto info = QSharedPointer<LessonInfo>::create();
+        info->id = courseId;
+        info->name = *inHand;
+        QFutureInterface<QSharedPointer<LessonInfo>> promise;
+        promise.reportStarted();
+        promise.reportResult(info);
+        promise.reportFinished();
+        return promise.future();
+    }
+    return startPending([this, courseId]() {
+        auto info = QSharedPointer<LessonInfo>::create();
+        info->id = courseId;
+        info->name = m_courses.value(courseId).name;
+        return info;
+    });
+}
+
+QSharedPointer<CourseRecord> CourseEngine::courseRecord(quint64 courseId) const
+{
+    auto it = m_courses.constFind(courseId);
+    if (it == m_courses.constEnd())
+        return {};
+    return QSharedPointer<CourseRecord>::create(*it);
+}
+
+void CourseEngine::putLesson(const SnapshotLesson& lesson, const QString& name)
+{
+    m_lessons.insert(lesson.lessonId, lesson);
+    m_lessonNames.insert(lesson.lessonId, name);
+}
+
+void CourseEngine::removeLesson(quint64 lessonId)
+{
+    m_lessons.remove(lessonId);
+    m_lessonNames.remove(lessonId);
+}
+
+void CourseEngine::putCourse(quint64 courseId, const QString& name, qint16 courseType)
+{
+    m_courses.insert(courseId, CourseRecord{courseId, name, courseType});
+}
+
+void CourseEngine::removeCourse(quint64 courseId)
+{
+    m_courses.remove(courseId);
+}
+
+void CourseEngine::setCourseInHand(quint64 courseId, const QString& name)
+{
+    m_coursesInHand.insert(courseId, name);
+}
+
+void CourseEngine::dropCourseInHand(quint64 courseId)
+{
+    m_coursesInHand.remove(courseId);
+}
+
+void CourseEngine::setHoldFutures(bool hold)
+{
+    m_holdFutures = hold;
+    if (!hold) {
+        for (const PendingPtr& pending : m_pending)
+            scheduleFinish(pending);
+    }
+}
+
+void CourseEngine::finishPendingFutures()
+{
+    const std::vector<PendingPtr> pending = std::move(m_pending);
+    m_pending.clear();
+    for (const PendingPtr& p : pending)
+        finish(p);
+}
+
+void CourseEngine::cancelPendingFutures()
+{
+    const std::vector<PendingPtr> pending = std::move(m_pending);
+    m_pending.clear();
+    for (const PendingPtr& p : pending) {
+        p->promise.reportCanceled();
+        p->promise.reportFinished();
+    }
+}
+
+void CourseEngine::clear()
+{
+    cancelPendingFutures();
+    m_lessons.clear();
+    m_lessonNames.clear();
+    m_courses.clear();
+    m_coursesInHand.clear();
+    m_holdFutures = false;
+}
+
+CourseEngine::LessonInfoFuture CourseEngine::startPending(std::function<QSharedPointer<LessonInfo>()> produce)
+{
+    auto pending = std::make_shared<Pending>();
+    pending->produce = std::move(produce);
+    pending->promise.reportStarted();
+    m_pending.push_back(pending);
+    if (!m_holdFutures)
+        scheduleFinish(pending);
+    return pending->promise.future();
+}
+
+void CourseEngine::scheduleFinish(const PendingPtr& pending)
+{
+    std::weak_ptr<Pending> weak = pending;
+    QTimer::singleShot(0, this, [this, weak]() {
+        PendingPtr p = weak.lock();
+        if (p && !m_holdFutures && takePending(p))
+            finish(p);
+    });
+}
+
+bool CourseEngine::takePending(const PendingPtr& pending)
+{
+    auto it = std::find(m_pending.begin(), m_pending.end(), pending);
+    if (it == m_pending.end())
+        return false;
+    m_pending.erase(it);
+    return true;
+}
+
+void CourseEngine::finish(const PendingPtr& pending)
+{
+    pending->promise.reportResult(pending->produce());
+    pending->promise.reportFinished();
+}
+
+} // namespace VyrEngine

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "CourseRecord.h"
+#include "LessonInfo.h"
+#include "SnapshotLesson.h"
+
+#include <QFuture>
+#include <QFutureInterface>
+#include <QHash>
+#include <QObject>
+#include <QSharedPointer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace VyrEngine {
+
+// The client's course engine: lessons, their details and courses.
+//
+// Futures finish on a later turn of the event loop, never inside the call,
+// except courseInfoFuture for a course the engine has in hand, which is
+// finished at once.
+//
+// Host side:
+//   putLesson(snapshot, name)        know a lesson (replaces one with the same id)
+//   removeLesson(lessonId)           forget it
+//   putCourse(id, name, courseType)  know a course record
+//   removeCourse(id)                 forget it
+//   setCourseInHand(id, name)        the course's details are cached: courseInfoFuture finishes at once
+//   dropCourseInHand(id)             not cached any more: courseInfoFuture has to fetch
+//   setHoldFutures(true)             futures stay pending until finishPendingFutures() or
+//                                    cancelPendingFutures(); false lets them finish on the next turn
+//   pendingFutureCount()             how many futures are pending
+//   clear()                          forget everything and cancel what is pending
+class CourseEngine : public QObject
+{
+    Q_OBJECT
+public:
+    using LessonInfoFuture = QFuture<QSharedPointer<LessonInfo>>;
+
+    static CourseEngine* instance();
+
+    QSharedPointer<SnapshotLesson> lessonSnapshot(quint64 lessonId) const;
+    LessonInfoFuture lessonInfoFuture(quint64 schoolId, quint64 courseId, quint64 lessonId);
+    LessonInfoFuture courseInfoFuture(QSharedPointer<SnapshotLesson> lesson);
+    QSharedPointer<CourseRecord> courseRecord(quint64 courseId) const;
+
+    // Host side.
+    void putLesson(const SnapshotLesson& lesson, const QString& name);
+    void removeLesson(quint64 lessonId);
+    void putCourse(quint64 courseId, const QString& name, qint16 courseType);
+    void removeCourse(quint64 courseId);
+    void setCourseInHand(quint64 courseId, const QString& name);
+    void dropCourseInHand(quint64 courseId);
+    void setHoldFutures(bool hold);
+    bool holdFutures() const { return m_holdFutures; }
+    int pendingFutureCount() const { return int(m_pending.size()); }
+    void finishPendingFutures();
+    void cancelPendingFutures();
+    void clear();
+
+private:
+    struct Pending
+    {
+        QFutureInterface<QSharedPointer<LessonInfo>> promise;
+        std::function<QSharedPointer<LessonInfo>()> produce;
+    };
+    using PendingPtr = std::shared_ptr<Pending>;
+
+    explicit CourseEngine(QObject* parent = nullptr);
+    LessonInfoFuture startPending(std::function<QSharedPointer<LessonInfo>()> produce);
+    void scheduleFinish(const PendingPtr& pending);
+    bool takePending(const PendingPtr& pending);
+    static void finish(const PendingPtr& pending);
+
+    static CourseEngine* m_pInstance;
+    QHash<quint64, SnapshotLesson> m_lessons;
+    QHash<quint64, QString> m_lessonNames;
+    QHash<quint64, CourseRecord> m_courses;
+    QHash<quint64, QString> m_coursesInHand;
+    std::vector<PendingPtr> m_pending;
+    bool m_holdFutures = false;
+};
+
+} // namespace VyrEngine

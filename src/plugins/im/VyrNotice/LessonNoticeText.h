@@ -1,0 +1,18 @@
+#pragma once
+
+#include "GatherNotice.h"
+
+#include <QString>
+
+// The words of a lesson notice, shared by the painted row and the tracking
+// event. `nameArg` goes into the template as given: the row passes a styled
+// span, tracking passes the bare name.
+class LessonNoticeText
+{
+public:
+    // Seconds left at or under which the text counts minutes instead of showing the start time.
+    static constexpr qint64 MinutesThreshold = 3600;
+
+    static QString startTimeText(quint32 lessonStartTime);
+    static QString body(bool isAhead, const QString& nameArg, quint32 lessonStartTime, qint64 now);
+};

@@ -1,0 +1,304 @@
+#include "NoticeListModel.h"
+
+#include "ClusterID.h"
+#include "ClusterInfo.h"
+#include "ContactsEngine.h"
+#include "CoreEngine.h"
+#include "CourseEngine.h"
+#include "LessonNoticeText.h"
+#include "Model.h"
+#include "VyrTrack.h"
+#include "VyrUtils.h"
+
+#include <QDebug>
+#include <QFutureWatcher>
+#include <QUuid>
+
+NoticeListModel* NoticeListModel::m_pInstance = nullptr;
+
+namespace {
+
+// Runs `completion` with the future's result on the GUI thread, in `context`'s
+// lifetime: not at all if the future is cancelled or `context` dies first.
+template <typename T, typename Completion>
+void observeFuture(QObject* context, const QFuture<T>& future, Completion completion)
+{
+    auto* watcher = new QFutureWatcher<T>(context);
+    QObject::connect(watcher, &QFutureWatcherBase::finished, context, [watcher, completion]() {
+        watcher->deleteLater();
+        if (watcher->isCanceled() || watcher->future().resultCount() < 1)
+            return;
+        completion(watcher->result());
+    });
+    watcher->setFuture(future);
+}
+
+// The cluster of a lesson's course, or, failing that, of the classroom the user is in.
+std::shared_ptr<VyrEngine::ClusterInfo> findLessonCluster(quint64 courseId)
+{
+    auto* contacts = VyrEngine::ContactsEngine::instance();
+    std::shared_ptr<VyrEngine::ClusterInfo> cluster = contacts->clusterInfoById(VyrEngine::ClusterID(courseId, 0), false);
+    QPointer<Model> model = Model::getInstance();
+    if (!cluster && model) {
+        const VyrEngine::ClusterID classroomCluster =
+            contacts->clusterIdForClassroom(model->getCourseId(), model->getClassroomId());
+        cluster = contacts->clusterInfoById(classroomCluster, false);
+    }
+    return cluster;
+}
+
+quint32 engineNow()
+{
+    return quint32(VyrEngine::CoreEngine::instance()->currentTime());
+}
+
+} // namespace
+
+NoticeListModel::NoticeListModel(QObject* parent)
+    : QAbstractListModel(parent)
+{
+}
+
+NoticeListModel::~NoticeListModel() = default;
+
+NoticeListModel* NoticeListModel::instance()
+{
+    if (!m_pInstance) {
+        m_pInstance = new NoticeListModel(nullptr);
+        m_pInstance->init();
+    }
+    return m_pInstance;
+}
+
+void NoticeListModel::release()
+{
+    if (m_pInstance) {
+        m_pInstance->deleteLater();
+        m_pInstance = nullptr;
+    }
+}
+
+void NoticeListModel::init()
+{
+}
+
+int NoticeListModel::rowCount(const QModelIndex& parent) const
+{
+    Q_UNUSED(parent)
+    return int(m_notices.size());
+}
+
+QVariant NoticeListModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid() || role != Qt::UserRole)
+        return {};
+    if (index.row() < 0 || size_t(index.row()) >= m_notices.size())
+        return {};
+    return QVariant::fromValue(m_notices[size_t(index.row())]);
+}
+
+bool NoticeListModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    // Rows are never edited through the model interface.
+    return QAbstractItemModel::setData(index, value, role);
+}
+
+int NoticeListModel::getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory)
+{
+    const std::vector<VyrEngine::GatherNoticePtr> notices = m_notices;
+    int count = 0;
+    for (const VyrEngine::GatherNoticePtr& notice : notices) {
+        if (notice && notice->category() == noticeCategory)
+            ++count;
+    }
+    return count;
+}
+
+void NoticeListModel::addNotice(VyrEngine::GatherNoticePtr notice)
+{
+    beginResetModel();
+    m_notices.push_back(notice);
+    endResetModel();
+    emit popupNoticeListWidget(notice->category());
+}
+
+void NoticeListModel::addContactorAddNotice()
+{
+    auto notice = std::make_shared<VyrEngine::GatherNotice>(VyrEngine::ContactorAdd);
+    notice->setTime(engineNow());
+    notice->setNoticeId(VyrUtils::createUuid());
+    addNotice(notice);
+}
+
+void NoticeListModel::addLessonNotice(VyrEngine::NoticeType type, quint64 lessonId)
+{
+    auto* courseEngine = VyrEngine::CourseEngine::instance();
+    QSharedPointer<VyrEngine::SnapshotLesson> lesson = courseEngine->lessonSnapshot(lessonId);
+    if (!lesson || lesson->role == 0)
+        return;
+
+    // The completion works on this snapshot; it does not look at the lesson's role again.
+    auto future = courseEngine->lessonInfoFuture(lesson->schoolId, lesson->courseId, lesson->lessonId);
+    observeFuture(this, future, [this, type, lessonId, lesson](QSharedPointer<VyrEngine::LessonInfo> info) {
+        onLessonInfoArrived(type, lessonId, lesson, info);
+    });
+}
+
+void NoticeListModel::onLessonInfoArrived(VyrEngine::NoticeType type, quint64 lessonId,
+                                          const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
+                                          QSharedPointer<VyrEngine::LessonInfo> lessonInfo)
+{
+    // One row per lesson: searched here, not at the call, so that two calls in
+    // quick succession also end in one row.
+    const std::vector<VyrEngine::GatherNoticePtr> notices = m_notices;
+    for (const VyrEngine::GatherNoticePtr& existing : notices) {
+        if (existing && existing->lessonId() == lessonId && existing->category() == VyrEngine::Lesson) {
+            beginResetModel();
+            // Any type is taken here, even one outside the lesson range.
+            existing->setType(type);
+            updateLessonNotice(lesson, lessonInfo, existing);
+            trackPushMessage(existing);
+            endResetModel();
+            emit lessonNoticeUpdated();
+            return;
+        }
+    }
+
+    VyrEngine::GatherNotice record(type);
+    record.setNoticeId(VyrUtils::createUuid());
+    if (record.category() != VyrEngine::Lesson)
+        return;
+    auto notice = std::make_shared<VyrEngine::GatherNotice>(record);
+    updateLessonNotice(lesson, lessonInfo, notice);
+    // Tracked before the row exists.
+    trackPushMessage(notice);
+    addNotice(notice);
+}
+
+void NoticeListModel::updateLessonNotice(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
+                                         QSharedPointer<VyrEngine::LessonInfo>& lessonInfo,
+                                         VyrEngine::GatherNoticePtr notice)
+{
+    notice->setTime(engineNow());
+    notice->setLessonId(lesson->lessonId);
+    notice->setSchoolId(lesson->schoolId);
+    notice->setClusterId(lesson->courseId);
+    notice->setLessonStartTime(quint32(lesson->startTime));
+    notice->setLessonName(lessonInfo->name);
+
+    std::shared_ptr<VyrEngine::ClusterInfo> cluster = findLessonCluster(lesson->courseId);
+
+    auto* courseEngine = VyrEngine::CourseEngine::instance();
+    // Only polled: the course's name counts if the engine already had it.
+    auto courseFuture = courseEngine->courseInfoFuture(lesson);
+    QSharedPointer<VyrEngine::CourseRecord> course = courseEngine->courseRecord(lesson->courseId);
+
+    QString title = QStringLiteral("Unknown");
+    if (cluster) {
+        title = cluster->name();
+    } else if (courseFuture.isFinished() && courseFuture.isResultReadyAt(0) && courseFuture.resultAt(0)) {
+        title = courseFuture.resultAt(0)->name;
+    } else if (course) {
+        title = course->name;
+    } else {
+        qInfo() << "oops, no cluster info for id:" << lesson->courseId;
+    }
+    notice->setTitle(title);
+}
+
+void NoticeListModel::trackPushMessage(VyrEngine::GatherNoticePtr notice)
+{
+    const bool isAhead = notice->type() == 2;
+    const QString body = LessonNoticeText::body(isAhead, notice->lessonName(), notice->lessonStartTime(),
+                                                VyrEngine::CoreEngine::instance()->currentTime());
+    QMap<QString, QVariant> data;
+    data.insert(QStringLiteral("push_body"), body);
+    data.insert(QStringLiteral("push_scenes"), QStringLiteral("上课通知"));
+    data.insert(QStringLiteral("push_id"), QUuid::createUuid().toString());
+    data.insert(QStringLiteral("push_title"), qtTrId("ID_ClassAheadNotice_LessonNotice", -1));
+    data.insert(QStringLiteral("app_scene"), QStringLiteral("前台唤起"));
+    VyrTrack::instance()->track(QStringLiteral("PushSend"), data);
+}
+
+void NoticeListModel::delNotice(const QModelIndex& index)
+{
+    if (!index.isValid()) {
+        qInfo() << "delete notice, index is invalid";
+        return;
+    }
+    if (index.row() < 0 || size_t(index.row()) >= m_notices.size()) {
+        qInfo() << "delete notice, index row abnormal, row:" << index.row() << "notice size:" << m_notices.size();
+        return;
+    }
+    beginResetModel();
+    auto it = m_notices.begin() + index.row();
+    const VyrEngine::NoticeCategory category = *it ? (*it)->category() : VyrEngine::Activity;
+    m_notices.erase(it);
+    endResetModel();
+    emit removeNoticeListItem(category);
+}
+
+void NoticeListModel::delNotice(const QString& noticeId)
+{
+    // Carries no meaning when nothing matches; the signal goes out all the same.
+    VyrEngine::NoticeCategory category = VyrEngine::Activity;
+    beginResetModel();
+    for (auto it = m_notices.begin(); it != m_notices.end(); ++it) {
+        if (*it && (*it)->noticeId() == noticeId) {
+            category = (*it)->category();
+            m_notices.erase(it);
+            break;
+        }
+    }
+    endResetModel();
+    emit removeNoticeListItem(category);
+}
+
+void NoticeListModel::delNotice(VyrEngine::NoticeCategory noticeCategory)
+{
+    // No signal: the callers are the window's close paths, which already told the host.
+    beginResetModel();
+    for (auto it = m_notices.begin(); it != m_notices.end();) {
+        if (*it && (*it)->category() == noticeCategory)
+            it = m_notices.erase(it);
+        else
+            ++it;
+    }
+    endResetModel();
+}
+
+NoticeListSortFilterModel::NoticeListSortFilterModel(NoticeListModel* sourceModel,
+                                                     VyrEngine::NoticeCategory category, QObject* parent)
+    : QSortFilterProxyModel(parent)
+    , m_noticeCategory(category)
+{
+    setSourceModel(sourceModel);
+    setSortRole(Qt::UserRole);
+    setDynamicSortFilter(true);
+    sort(0, Qt::DescendingOrder);
+}
+
+NoticeListSortFilterModel::~NoticeListSortFilterModel() = default;
+
+QVariant NoticeListSortFilterModel::data(const QModelIndex& index, int role) const
+{
+    return QSortFilterProxyModel::data(index, role);
+}
+
+bool NoticeListSortFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
+{
+    const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
+    const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+    return notice && notice->category() == m_noticeCategory;
+}
+
+bool NoticeListSortFilterModel::lessThan(const QModelIndex& left, const QModelIndex& right) const
+{
+    if (!left.isValid() || !right.isValid())
+        return false;
+    const auto leftNotice = left.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+    const auto rightNotice = right.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+    if (!leftNotice || !rightNotice)
+        return false;
+    return leftNotice->time() < rightNotice->time();
+}

@@ -1,0 +1,26 @@
+#include "ModelSignalRecorder.h"
+
+#include "NoticeListModel.h"
+
+namespace {
+QString categoryName(VyrEngine::NoticeCategory category)
+{
+    switch (category) {
+    case VyrEngine::Activity: return QStringLiteral("Activity");
+    case VyrEngine::Lesson: return QStringLiteral("Lesson");
+    }
+    return QString::number(int(category));
+}
+} // namespace
+
+ModelSignalRecorder::ModelSignalRecorder(NoticeListModel* model)
+{
+    connect(model, &QAbstractItemModel::modelReset, this, [this]() { m_events << QStringLiteral("reset"); });
+    connect(model, &NoticeListModel::popupNoticeListWidget, this, [this](VyrEngine::NoticeCategory c) {
+        m_events << QStringLiteral("popup(%1)").arg(categoryName(c));
+    });
+    connect(model, &NoticeListModel::removeNoticeListItem, this, [this](VyrEngine::NoticeCategory c) {
+        m_events << QStringLiteral("remove(%1)").arg(categoryName(c));
+    });
+    connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { m_events << QStringLiteral("updated"); });
+}

@@ -1,0 +1,135 @@
+#include "TestKit.h"
+
+#include <QDirIterator>
+#include <QRegularExpression>
+#include <QTranslator>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+namespace {
+
+// Every "ID_..." literal in the library's sources.
+QSet<QString> keysUsedInCode()
+{
+    QSet<QString> keys;
+    const QString root = QStringLiteral(VYR_SOURCE_DIR "/src/plugins/im/VyrNotice");
+    QDirIterator it(root, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
+                    QDirIterator::Subdirectories);
+    const QRegularExpression literal(QStringLiteral("\"(ID_[A-Za-z0-9_]+)\""));
+    while (it.hasNext()) {
+        QFile file(it.next());
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QString text = QString::fromUtf8(file.readAll());
+        auto matches = literal.globalMatch(text);
+        while (matches.hasNext())
+            keys.insert(matches.next().captured(1));
+    }
+    return keys;
+}
+
+// id -> translation of one .ts file.
+QHash<QString, QString> readTs(const QString& path)
+{
+    QHash<QString, QString> out;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return out;
+    QXmlStreamReader xml(&file);
+    QString id;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == QLatin1String("message"))
+            id = xml.attributes().value(QLatin1String("id")).toString();
+        else if (xml.name() == QLatin1String("translation") && !id.isEmpty())
+            out.insert(id, xml.readElementText());
+    }
+    return out;
+}
+
+QStringList placeholders(const QString& text)
+{
+    QStringList found;
+    auto it = QRegularExpression(QStringLiteral("%\\d")).globalMatch(text);
+    while (it.hasNext())
+        found << it.next().captured(0);
+    found.sort();
+    found.removeDuplicates();
+    return found;
+}
+
+const QString kTsDir = QStringLiteral(VYR_SOURCE_DIR "/src/plugins/im/VyrNotice/translations/");
+
+} // namespace
+
+class TestTranslations : public QObject
+{
+    Q_OBJECT
+private slots:
+    void everyKeyInCodeIsTranslated_data();
+    void everyKeyInCodeIsTranslated();
+    void placeholdersAgreeBetweenLanguages();
+    void compiledTranslationsLoad_data();
+    void compiledTranslationsLoad();
+};
+
+void TestTranslations::everyKeyInCodeIsTranslated_data()
+{
+    QTest::addColumn<QString>("tsFile");
+    QTest::newRow("en") << "VyrNotice_en.ts";
+    QTest::newRow("zh_CN") << "VyrNotice_zh_CN.ts";
+}
+
+// A key that the code uses and a .ts file lacks fails here.
+void TestTranslations::everyKeyInCodeIsTranslated()
+{
+    QFETCH(QString, tsFile);
+    const QSet<QString> used = keysUsedInCode();
+    QVERIFY(used.size() >= 4);
+    const QHash<QString, QString> ts = readTs(kTsDir + tsFile);
+    QVERIFY(!ts.isEmpty());
+    QStringList missing;
+    for (const QString& key : used) {
+        if (ts.value(key).isEmpty())
+            missing << key;
+    }
+    missing.sort();
+    QCOMPARE(missing, QStringList());
+}
+
+// Both languages fill the same %N arguments for every key.
+void TestTranslations::placeholdersAgreeBetweenLanguages()
+{
+    const auto en = readTs(kTsDir + "VyrNotice_en.ts");
+    const auto zh = readTs(kTsDir + "VyrNotice_zh_CN.ts");
+    QCOMPARE(QSet<QString>(en.keyBegin(), en.keyEnd()), QSet<QString>(zh.keyBegin(), zh.keyEnd()));
+    for (auto it = en.constBegin(); it != en.constEnd(); ++it)
+        QVERIFY2(placeholders(it.value()) == placeholders(zh.value(it.key())), qPrintable(it.key()));
+    QCOMPARE(placeholders(en.value("ID_LMSClassAheadNotice_LessonWillStartAfter")), (QStringList{"%1", "%2"}));
+    QCOMPARE(placeholders(en.value("ID_ClassAheadNotice_LessonWillStartAfterOneHour")), (QStringList{"%1", "%2"}));
+    QCOMPARE(placeholders(en.value("ID_LMS_ClassStartNotice_LessonStart")), (QStringList{"%1"}));
+}
+
+void TestTranslations::compiledTranslationsLoad_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("tsFile");
+    QTest::newRow("en") << "en" << "VyrNotice_en.ts";
+    QTest::newRow("zh_CN") << "zh_CN" << "VyrNotice_zh_CN.ts";
+}
+
+// The .qm files built by lrelease translate every key as its .ts says.
+void TestTranslations::compiledTranslationsLoad()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, tsFile);
+    QVERIFY(TestKit::loadTranslations(locale));
+    const auto ts = readTs(kTsDir + tsFile);
+    for (auto it = ts.constBegin(); it != ts.constEnd(); ++it)
+        QCOMPARE(qtTrId(it.key().toUtf8().constData(), -1), it.value());
+}
+
+QTEST_MAIN(TestTranslations)
+#include "tst_translations.moc"
