@@ -7,6 +7,22 @@
 
 using namespace VyrEngine;
 
+namespace {
+// Detects a getter, to pin down that two fields are deliberately write-only.
+template <typename T, typename = void>
+struct HasSchoolIdGetter : std::false_type {};
+template <typename T>
+struct HasSchoolIdGetter<T, std::void_t<decltype(std::declval<const T&>().schoolId())>> : std::true_type {};
+template <typename T, typename = void>
+struct HasCreatorIdGetter : std::false_type {};
+template <typename T>
+struct HasCreatorIdGetter<T, std::void_t<decltype(std::declval<const T&>().creatorId())>> : std::true_type {};
+template <typename T, typename = void>
+struct HasContentIdGetter : std::false_type {};
+template <typename T>
+struct HasContentIdGetter<T, std::void_t<decltype(std::declval<const T&>().contentId())>> : std::true_type {};
+} // namespace
+
 class TestGatherNotice : public QObject
 {
     Q_OBJECT
@@ -18,6 +34,7 @@ private slots:
     void defaultRecord();
     void overwritingTypeMovesCategoryAndNothingElse();
     void accessorsRoundTrip();
+    void schoolAndCreatorAreWriteOnly();
     void foreignVariantGivesNullPointer();
     void startTimeKeepsLowBitsAndReadsBackUnsigned_data();
     void startTimeKeepsLowBitsAndReadsBackUnsigned();
@@ -148,6 +165,14 @@ void TestGatherNotice::accessorsRoundTrip()
     GatherNotice copy = notice;
     QCOMPARE(copy.displayContent(), notice.displayContent());
     QCOMPARE(copy.appendixPod(), pod);
+}
+
+// schoolId and creatorId are written by the intake and read by nobody: no getters.
+void TestGatherNotice::schoolAndCreatorAreWriteOnly()
+{
+    QVERIFY(!HasSchoolIdGetter<GatherNotice>::value);
+    QVERIFY(!HasCreatorIdGetter<GatherNotice>::value);
+    QVERIFY(HasContentIdGetter<GatherNotice>::value);
 }
 
 // A variant of another type gives a null pointer to every reader.
