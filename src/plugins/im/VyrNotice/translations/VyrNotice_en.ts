@@ -48,8 +48,8 @@
         <translation>The teaching report for%1is ready</translation>
     </message>
     <message id="ID_Enter_Classroom">
-        <source>Enter classroom</source>
-        <translation>Enter classroom</translation>
+        <source>Enter class</source>
+        <translation>Enter class</translation>
     </message>
 </context>
 </TS>

@@ -48,7 +48,7 @@
         <translation>%1的教学报告已生成</translation>
     </message>
     <message id="ID_Enter_Classroom">
-        <source>Enter classroom</source>
+        <source>Enter class</source>
         <translation>进入教室</translation>
     </message>
 </context>
