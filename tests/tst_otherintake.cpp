@@ -21,6 +21,7 @@ const qint64 kNow = 1800000000;
 const quint64 kCourse = 500;
 const QString kModelFile = QStringLiteral("src/plugins/im/VyrNotice/NoticeListModel.cpp");
 const QChar kEllipsis(0x2026);
+const int kLineWidth = 294;   // the row body's width in the window
 
 CourseEngine* course() { return CourseEngine::instance(); }
 NoticeListModel* model() { return NoticeListModel::instance(); }
@@ -162,10 +163,10 @@ void TestOtherIntake::clusterTextTooLongIsCutWithEllipsis()
     QCOMPARE(lines.size(), 2);
     QVERIFY2(lines.at(1).endsWith(kEllipsis), qPrintable(lines.at(1)));
     const QFontMetrics metrics = fittingMetrics();
-    QVERIFY(metrics.horizontalAdvance(lines.at(0)) <= ClusterNoticeText::LineWidth);
-    QVERIFY(metrics.horizontalAdvance(lines.at(1)) <= ClusterNoticeText::LineWidth);
+    QVERIFY(metrics.horizontalAdvance(lines.at(0)) <= kLineWidth);
+    QVERIFY(metrics.horizontalAdvance(lines.at(1)) <= kLineWidth);
     // The first line is full: the next word would not have fitted on it.
-    QVERIFY(metrics.horizontalAdvance(lines.at(0) + lines.at(1).left(6)) > ClusterNoticeText::LineWidth);
+    QVERIFY(metrics.horizontalAdvance(lines.at(0) + lines.at(1).left(6)) > kLineWidth);
     QVERIFY((label() + content).startsWith(lines.at(0) + lines.at(1).chopped(1)));
 }
 
@@ -193,7 +194,7 @@ void TestOtherIntake::clusterBadInputFits()
     QVERIFY(lines.first().startsWith(label()));
     const QFontMetrics metrics = fittingMetrics();
     for (const QString& line : lines)
-        QVERIFY2(metrics.horizontalAdvance(line) <= ClusterNoticeText::LineWidth, qPrintable(line.left(40)));
+        QVERIFY2(metrics.horizontalAdvance(line) <= kLineWidth, qPrintable(line.left(40)));
 }
 
 // A cluster notice carries its ids, the time, a new id, the cluster's name, and pops the activity window.
