@@ -73,7 +73,7 @@ QColor AvatarManager::generatedColor(quint64 clusterId)
 {
     // Neighbouring ids land far apart on the colour wheel.
     const int hue = int((clusterId * 137u) % 360u);
-    return QColor::fromHsv(hue, 150, 200);
+    return QColor(QColor::fromHsv(hue, 150, 200).rgb());
 }
 
 QPixmap AvatarManager::generatedAvatar(quint64 clusterId)
