@@ -43,16 +43,14 @@ CourseEngine::LessonInfoFuture CourseEngine::lessonInfoFuture(quint64 schoolId, 
 CourseEngine::LessonInfoFuture CourseEngine::courseInfoFuture(QSharedPointer<SnapshotLesson> lesson)
 {
     const quint64 courseId = lesson ? lesson->courseId : 0;
+    if (m_coursesInHandWithoutRecord.contains(courseId))
+        return finishedAtOnce(QSharedPointer<LessonInfo>());
     auto inHand = m_coursesInHand.constFind(courseId);
     if (inHand != m_coursesInHand.constEnd()) {
         auto info = QSharedPointer<LessonInfo>::create();
         info->id = courseId;
         info->name = *inHand;
-        QFutureInterface<QSharedPointer<LessonInfo>> promise;
-        promise.reportStarted();
-        promise.reportResult(info);
-        promise.reportFinished();
-        return promise.future();
+        return finishedAtOnce(info);
     }
     return startPending([this, courseId]() {
         auto info = QSharedPointer<LessonInfo>::create();
@@ -68,6 +66,11 @@ QSharedPointer<CourseRecord> CourseEngine::courseRecord(quint64 courseId) const
     if (it == m_courses.constEnd())
         return {};
     return QSharedPointer<CourseRecord>::create(*it);
+}
+
+bool CourseEngine::isKnownLessonKind(quint64 lessonId) const
+{
+    return m_knownLessonKinds.contains(lessonId);
 }
 
 void CourseEngine::putLesson(const SnapshotLesson& lesson, const QString& name)
@@ -94,12 +97,28 @@ void CourseEngine::removeCourse(quint64 courseId)
 
 void CourseEngine::setCourseInHand(quint64 courseId, const QString& name)
 {
+    m_coursesInHandWithoutRecord.remove(courseId);
     m_coursesInHand.insert(courseId, name);
 }
 
 void CourseEngine::dropCourseInHand(quint64 courseId)
 {
     m_coursesInHand.remove(courseId);
+    m_coursesInHandWithoutRecord.remove(courseId);
+}
+
+void CourseEngine::setCourseInHandWithoutRecord(quint64 courseId)
+{
+    m_coursesInHand.remove(courseId);
+    m_coursesInHandWithoutRecord.insert(courseId);
+}
+
+void CourseEngine::setKnownLessonKind(quint64 lessonId, bool known)
+{
+    if (known)
+        m_knownLessonKinds.insert(lessonId);
+    else
+        m_knownLessonKinds.remove(lessonId);
 }
 
 void CourseEngine::setHoldFutures(bool hold)
@@ -136,7 +155,18 @@ void CourseEngine::clear()
     m_lessonNames.clear();
     m_courses.clear();
     m_coursesInHand.clear();
+    m_coursesInHandWithoutRecord.clear();
+    m_knownLessonKinds.clear();
     m_holdFutures = false;
+}
+
+CourseEngine::LessonInfoFuture CourseEngine::finishedAtOnce(const QSharedPointer<LessonInfo>& info)
+{
+    QFutureInterface<QSharedPointer<LessonInfo>> promise;
+    promise.reportStarted();
+    promise.reportResult(info);
+    promise.reportFinished();
+    return promise.future();
 }
 
 CourseEngine::LessonInfoFuture CourseEngine::startPending(std::function<QSharedPointer<LessonInfo>()> produce)

@@ -8,6 +8,7 @@
 #include <QFutureInterface>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QSharedPointer>
 #include <functional>
 #include <memory>
@@ -28,6 +29,9 @@ namespace VyrEngine {
 //   removeCourse(id)                 forget it
 //   setCourseInHand(id, name)        the course's details are cached: courseInfoFuture finishes at once
 //   dropCourseInHand(id)             not cached any more: courseInfoFuture has to fetch
+//   setCourseInHandWithoutRecord(id) cached as unavailable: courseInfoFuture finishes at once
+//                                    with a null record
+//   setKnownLessonKind(lessonId, b)  what isKnownLessonKind answers for the lesson (default false)
 //   setHoldFutures(true)             futures stay pending until finishPendingFutures() or
 //                                    cancelPendingFutures(); false lets them finish on the next turn
 //   pendingFutureCount()             how many futures are pending
@@ -44,6 +48,8 @@ public:
     LessonInfoFuture lessonInfoFuture(quint64 schoolId, quint64 courseId, quint64 lessonId);
     LessonInfoFuture courseInfoFuture(QSharedPointer<SnapshotLesson> lesson);
     QSharedPointer<CourseRecord> courseRecord(quint64 courseId) const;
+    // Whether the lesson is of a kind whose course name may stand for it; answers at once.
+    bool isKnownLessonKind(quint64 lessonId) const;
 
     // Host side.
     void putLesson(const SnapshotLesson& lesson, const QString& name);
@@ -52,6 +58,8 @@ public:
     void removeCourse(quint64 courseId);
     void setCourseInHand(quint64 courseId, const QString& name);
     void dropCourseInHand(quint64 courseId);
+    void setCourseInHandWithoutRecord(quint64 courseId);
+    void setKnownLessonKind(quint64 lessonId, bool known);
     void setHoldFutures(bool hold);
     bool holdFutures() const { return m_holdFutures; }
     int pendingFutureCount() const { return int(m_pending.size()); }
@@ -68,6 +76,7 @@ private:
     using PendingPtr = std::shared_ptr<Pending>;
 
     explicit CourseEngine(QObject* parent = nullptr);
+    static LessonInfoFuture finishedAtOnce(const QSharedPointer<LessonInfo>& info);
     LessonInfoFuture startPending(std::function<QSharedPointer<LessonInfo>()> produce);
     void scheduleFinish(const PendingPtr& pending);
     bool takePending(const PendingPtr& pending);
@@ -78,6 +87,8 @@ private:
     QHash<quint64, QString> m_lessonNames;
     QHash<quint64, CourseRecord> m_courses;
     QHash<quint64, QString> m_coursesInHand;
+    QSet<quint64> m_coursesInHandWithoutRecord;
+    QSet<quint64> m_knownLessonKinds;
     std::vector<PendingPtr> m_pending;
     bool m_holdFutures = false;
 };

@@ -1,6 +1,7 @@
 #include "NoticeListModel.h"
 
 #include "ClusterID.h"
+#include "ClusterNoticeText.h"
 #include "ClusterInfo.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
@@ -50,6 +51,43 @@ std::shared_ptr<VyrEngine::ClusterInfo> findLessonCluster(quint64 courseId)
 quint32 engineNow()
 {
     return quint32(VyrEngine::CoreEngine::instance()->currentTime());
+}
+
+// A report may borrow its course's name only for these kinds of lesson.
+bool reportMayUseCourseName(const VyrEngine::SnapshotLesson& lesson)
+{
+    const qint16 namedCourseType = 3;
+    auto* courseEngine = VyrEngine::CourseEngine::instance();
+    if (courseEngine->isKnownLessonKind(lesson.lessonId) || lesson.courseType == namedCourseType)
+        return true;
+    QSharedPointer<VyrEngine::CourseRecord> course = courseEngine->courseRecord(lesson.courseId);
+    return course && course->courseType == namedCourseType;
+}
+
+// The report row's title: the cluster's name, else, where allowed, the course's
+// name if the engine already has it. Unlike the lesson rule there is no
+// fallback to the course record's name.
+QString studyReportTitle(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson)
+{
+    if (std::shared_ptr<VyrEngine::ClusterInfo> cluster = findLessonCluster(lesson->courseId))
+        return cluster->name();
+
+    const QString unknown = QStringLiteral("Unknown");
+    if (!reportMayUseCourseName(*lesson)) {
+        qInfo() << "oops, failed to get cluster name" << lesson->courseId;
+        return unknown;
+    }
+    // Only polled: an unfinished look-up leaves the title unknown, with no word.
+    auto courseFuture = VyrEngine::CourseEngine::instance()->courseInfoFuture(lesson);
+    if (!courseFuture.isFinished())
+        return unknown;
+    // A finished look-up is trusted to carry a record; one without is logged
+    // rather than dereferenced.
+    if (courseFuture.resultCount() < 1 || !courseFuture.resultAt(0)) {
+        qInfo() << "oops, course info finished without a record, id:" << lesson->courseId;
+        return unknown;
+    }
+    return courseFuture.resultAt(0)->name;
 }
 
 } // namespace
@@ -127,6 +165,74 @@ void NoticeListModel::addContactorAddNotice()
     auto notice = std::make_shared<VyrEngine::GatherNotice>(VyrEngine::ContactorAdd);
     notice->setTime(engineNow());
     notice->setNoticeId(VyrUtils::createUuid());
+    addNotice(notice);
+}
+
+void NoticeListModel::addClusterNoticeRemindNotice(QString content, quint64 contentId, quint64 clusterId,
+                                                   quint64 creatorId)
+{
+    auto notice = std::make_shared<VyrEngine::GatherNotice>(VyrEngine::ClusterNoticeRemind);
+    notice->setTime(engineNow());
+    notice->setContent(content);
+    notice->setContentId(contentId);
+    notice->setClusterId(clusterId);
+    notice->setCreatorId(creatorId);
+    notice->setNoticeId(VyrUtils::createUuid());
+    notice->setDisplayContent(ClusterNoticeText::displayContent(content));
+
+    // No second look-up and no "Unknown" here: an unknown cluster leaves the title empty.
+    auto* contacts = VyrEngine::ContactsEngine::instance();
+    if (std::shared_ptr<VyrEngine::ClusterInfo> cluster = contacts->clusterInfoById(VyrEngine::ClusterID(clusterId, 0), false))
+        notice->setTitle(cluster->name());
+    addNotice(notice);
+}
+
+void NoticeListModel::addStudyActivityNotice(QSharedPointer<AppendixDataPod> pod,
+                                             QSharedPointer<StudyActivityNoticeWidgetDisplayPod> displayPod)
+{
+    auto notice = std::make_shared<VyrEngine::GatherNotice>(VyrEngine::StudyActivity);
+    notice->setTime(engineNow());
+    // The host always passes both records; a missing one is logged and the row still comes.
+    if (pod && pod->courseData)
+        notice->setClusterId(quint64(pod->courseData->courseId));
+    else
+        qInfo() << "study activity notice without its course record";
+    if (displayPod)
+        notice->setTitle(displayPod->headingText);
+    else
+        qInfo() << "study activity notice without its display record";
+    notice->setAppendixPod(pod);
+    notice->setDisplayPod(displayPod);
+    notice->setNoticeId(VyrUtils::createUuid());
+    addNotice(notice);
+}
+
+void NoticeListModel::addStudyReportNotice(quint64 lessonId)
+{
+    auto* courseEngine = VyrEngine::CourseEngine::instance();
+    QSharedPointer<VyrEngine::SnapshotLesson> lesson = courseEngine->lessonSnapshot(lessonId);
+    if (!lesson || lesson->role == 0)
+        return;
+
+    auto future = courseEngine->lessonInfoFuture(lesson->schoolId, lesson->courseId, lesson->lessonId);
+    observeFuture(this, future, [this, lesson](QSharedPointer<VyrEngine::LessonInfo> info) {
+        onStudyReportInfoArrived(lesson, info);
+    });
+}
+
+void NoticeListModel::onStudyReportInfoArrived(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
+                                               QSharedPointer<VyrEngine::LessonInfo> lessonInfo)
+{
+    // Reports have no rule against duplicates: every completion adds a row.
+    auto notice = std::make_shared<VyrEngine::GatherNotice>(VyrEngine::StudyReport);
+    notice->setTime(engineNow());
+    notice->setLessonId(lesson->lessonId);
+    notice->setSchoolId(lesson->schoolId);
+    notice->setClusterId(lesson->courseId);
+    notice->setReportRole(lesson->role);
+    notice->setLessonName(lessonInfo->name);
+    notice->setNoticeId(VyrUtils::createUuid());
+    notice->setTitle(studyReportTitle(lesson));
     addNotice(notice);
 }
 

@@ -29,6 +29,10 @@ public:
     int getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory);
 
     void addLessonNotice(VyrEngine::NoticeType type, quint64 lessonId);
+    void addStudyReportNotice(quint64 lessonId);
+    void addStudyActivityNotice(QSharedPointer<AppendixDataPod> pod,
+                                QSharedPointer<StudyActivityNoticeWidgetDisplayPod> displayPod);
+    void addClusterNoticeRemindNotice(QString content, quint64 contentId, quint64 clusterId, quint64 creatorId);
     void addContactorAddNotice();
 
     void delNotice(const QModelIndex& index);
@@ -51,6 +55,8 @@ private:
     void updateLessonNotice(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
                             QSharedPointer<VyrEngine::LessonInfo>& lessonInfo, VyrEngine::GatherNoticePtr notice);
     void trackPushMessage(VyrEngine::GatherNoticePtr notice);
+    void onStudyReportInfoArrived(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
+                                  QSharedPointer<VyrEngine::LessonInfo> lessonInfo);
 
     static NoticeListModel* m_pInstance;
     std::vector<VyrEngine::GatherNoticePtr> m_notices;

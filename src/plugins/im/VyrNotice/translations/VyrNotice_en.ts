@@ -19,5 +19,37 @@
         <source>%1 has started</source>
         <translation>%1 has started</translation>
     </message>
+    <message id="ID_Cluster_Notice_Title_Notice">
+        <source>Notice</source>
+        <translation>Notice</translation>
+    </message>
+    <message id="ID_AddFriend_Request">
+        <source>Friend Request</source>
+        <translation>Friend Request</translation>
+    </message>
+    <message id="ID_GatherNotice_FriendRequest">
+        <source>Someone has asked to add you as a friend. Click to see the request.</source>
+        <translation>Someone has asked to add you as a friend. Click to see the request.</translation>
+    </message>
+    <message id="ID_StudyReportNotice_LearningReport">
+        <source>Learning report</source>
+        <translation>Learning report</translation>
+    </message>
+    <message id="ID_StudyReportNotice_TeachingReport">
+        <source>Teaching report</source>
+        <translation>Teaching report</translation>
+    </message>
+    <message id="ID_StudyReportNotice_GoodJobInLesson">
+        <source>Your report for%1is ready. Well done!</source>
+        <translation>Your report for%1is ready. Well done!</translation>
+    </message>
+    <message id="ID_StudyReportNotice_TeachingReportOK">
+        <source>The teaching report for%1is ready</source>
+        <translation>The teaching report for%1is ready</translation>
+    </message>
+    <message id="ID_Enter_Classroom">
+        <source>Enter class</source>
+        <translation>Enter class</translation>
+    </message>
 </context>
 </TS>

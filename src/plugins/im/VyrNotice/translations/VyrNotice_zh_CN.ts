@@ -19,5 +19,37 @@
         <source>%1 has started</source>
         <translation>%1 已开始上课</translation>
     </message>
+    <message id="ID_Cluster_Notice_Title_Notice">
+        <source>Notice</source>
+        <translation>通知</translation>
+    </message>
+    <message id="ID_AddFriend_Request">
+        <source>Friend Request</source>
+        <translation>好友申请</translation>
+    </message>
+    <message id="ID_GatherNotice_FriendRequest">
+        <source>Someone has asked to add you as a friend. Click to see the request.</source>
+        <translation>有人申请添加你为好友，点击查看</translation>
+    </message>
+    <message id="ID_StudyReportNotice_LearningReport">
+        <source>Learning report</source>
+        <translation>学习报告</translation>
+    </message>
+    <message id="ID_StudyReportNotice_TeachingReport">
+        <source>Teaching report</source>
+        <translation>教学报告</translation>
+    </message>
+    <message id="ID_StudyReportNotice_GoodJobInLesson">
+        <source>Your report for%1is ready. Well done!</source>
+        <translation>你在%1中表现很棒，快来查看学习报告吧</translation>
+    </message>
+    <message id="ID_StudyReportNotice_TeachingReportOK">
+        <source>The teaching report for%1is ready</source>
+        <translation>%1的教学报告已生成</translation>
+    </message>
+    <message id="ID_Enter_Classroom">
+        <source>Enter class</source>
+        <translation>进入教室</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,141 @@
+#include "AvatarManager.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRegularExpression>
+
+AvatarManager* AvatarManager::m_pInstance = nullptr;
+
+namespace {
+
+// Up to two letters: the first of each of the first two words, or the
+// first character of a name written without spaces (as Chinese names are).
+QString initialsOf(const QString& name)
+{
+    const QStringList words = name.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return QString();
+    if (words.size() == 1)
+        return words.first().left(1).toUpper();
+    return (words.at(0).left(1) + words.at(1).left(1)).toUpper();
+}
+
+void drawInitials(QPainter& painter, const QRectF& area, const QString& initials)
+{
+    QFont font;
+    font.setPixelSize(int(area.height() * (initials.size() > 1 ? 0.36 : 0.44)));
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(area, Qt::AlignCenter, initials);
+}
+
+// Two heads and shoulders, the second behind the first.
+void drawGroupGlyph(QPainter& painter, const QRectF& area, const QColor& background)
+{
+    const qreal unit = area.width() / 12.0;
+    auto person = [&](qreal cx, qreal cy, qreal scale, const QColor& fill) {
+        painter.setBrush(fill);
+        painter.setPen(QPen(background, unit * 0.5));
+        QPainterPath body;
+        body.addEllipse(QPointF(cx, cy + 3.6 * unit * scale), 3.0 * unit * scale, 2.4 * unit * scale);
+        painter.drawPath(body);
+        painter.drawEllipse(QPointF(cx, cy), 1.6 * unit * scale, 1.6 * unit * scale);
+    };
+    const QPointF c = area.center();
+    person(c.x() + 1.8 * unit, c.y() - 1.6 * unit, 0.85, QColor(255, 255, 255, 170));
+    person(c.x() - 1.2 * unit, c.y() - 1.0 * unit, 1.0, Qt::white);
+}
+
+} // namespace
+
+AvatarManager::AvatarManager(QObject* parent)
+    : QObject(parent)
+{
+}
+
+AvatarManager& AvatarManager::instance()
+{
+    if (!m_pInstance)
+        m_pInstance = new AvatarManager();
+    return *m_pInstance;
+}
+
+QPixmap AvatarManager::getClusterAvatar(const VyrEngine::ClusterID& clusterId, bool gray)
+{
+    const quint64 id = clusterId.id();
+    const QPixmap picture = m_downloaded.contains(id) ? m_downloaded.value(id) : generatedAvatar(id);
+    return gray ? toGray(picture) : picture;
+}
+
+QColor AvatarManager::generatedColor(quint64 clusterId)
+{
+    // Neighbouring ids land far apart on the colour wheel.
+    const int hue = int((clusterId * 137u) % 360u);
+    return QColor(QColor::fromHsv(hue, 150, 200).rgb());
+}
+
+QPixmap AvatarManager::generatedAvatar(quint64 clusterId)
+{
+    auto cached = m_generated.constFind(clusterId);
+    if (cached != m_generated.constEnd())
+        return *cached;
+
+    const QColor background = generatedColor(clusterId);
+    QPixmap pixmap(GeneratedSize, GeneratedSize);
+    pixmap.fill(background);
+    QPainter painter(&pixmap);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    const QRectF area(0, 0, GeneratedSize, GeneratedSize);
+    const QString initials = initialsOf(m_names.value(clusterId));
+    if (initials.isEmpty())
+        drawGroupGlyph(painter, area, background);
+    else
+        drawInitials(painter, area, initials);
+    painter.end();
+
+    m_generated.insert(clusterId, pixmap);
+    return pixmap;
+}
+
+QPixmap AvatarManager::toGray(const QPixmap& pixmap)
+{
+    QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int g = qGray(line[x]);
+            line[x] = qRgba(g, g, g, qAlpha(line[x]));
+        }
+    }
+    QPixmap out = QPixmap::fromImage(image);
+    out.setDevicePixelRatio(pixmap.devicePixelRatio());
+    return out;
+}
+
+void AvatarManager::putClusterAvatar(quint64 clusterId, const QPixmap& pixmap)
+{
+    m_downloaded.insert(clusterId, pixmap);
+    emit clusterAvatarChanged(VyrEngine::ClusterID(clusterId, VyrEngine::ClusterTypeClass));
+}
+
+void AvatarManager::removeClusterAvatar(quint64 clusterId)
+{
+    m_downloaded.remove(clusterId);
+    emit clusterAvatarChanged(VyrEngine::ClusterID(clusterId, VyrEngine::ClusterTypeClass));
+}
+
+void AvatarManager::setClusterAvatarName(quint64 clusterId, const QString& name)
+{
+    m_names.insert(clusterId, name);
+    m_generated.remove(clusterId);
+    emit clusterAvatarChanged(VyrEngine::ClusterID(clusterId, VyrEngine::ClusterTypeClass));
+}
+
+void AvatarManager::clear()
+{
+    m_downloaded.clear();
+    m_names.clear();
+    m_generated.clear();
+}

@@ -1,0 +1,323 @@
+#include "NoticeListViewItem.h"
+
+#include "AvatarManager.h"
+#include "ClusterID.h"
+#include "CoreEngine.h"
+#include "ImageOp.h"
+#include "LessonNoticeText.h"
+#include "VyrUtils.h"
+#include "VyrUtilsHelper.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QDateTime>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+const QSize kRowSize(328, 88);
+const qreal kCornerRadius = 8;
+const int kSeparatorInset = 8;
+const QColor kSeparatorColor(242, 242, 242, 255);
+const int kIconSize = 36;
+const int kTextLeft = 50;         // from the content's left edge, past the icon
+const int kTitleRightGap = 46;    // leaves room for the time
+const int kTitleHeight = 20;
+const int kTimeTop = 2;
+const int kBodyTop = 22;
+const int kNameWidth = 100;
+const int kElideSlack = 15;
+const int kButtonFontPixelSize = 12;
+const int kButtonGap = 20;
+
+const char* const kBackgroundColor = "#FFFFFF";
+const char* const kHoverColor = "#F5F6F8";
+const char* const kTitleColor = "#333333";
+const char* const kTimeColor = "#999999";
+const char* const kBodyColor = "#666666";
+const char* const kButtonColor = "#009265";
+
+void setFontPixelSize(QPainter* painter, int pixelSize)
+{
+    QFont font = painter->font();
+    font.setPixelSize(pixelSize);
+    painter->setFont(font);
+}
+
+QFont buttonFont()
+{
+    QFont font;
+    font.setPixelSize(kButtonFontPixelSize);
+    return font;
+}
+
+QString timeText(quint32 time)
+{
+    return VyrUtils::toString(QDateTime::fromSecsSinceEpoch(qint64(time)), QStringLiteral("hh:mm"));
+}
+
+QString studyReportBody(const VyrEngine::GatherNotice& notice, const QFontMetrics& metrics, int bodyWidth)
+{
+    const bool isLearner = notice.reportRole() == 1;
+    const QString kind = isLearner ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
+                                   : qtTrId("ID_StudyReportNotice_TeachingReport", -1);
+    const QString message = isLearner ? qtTrId("ID_StudyReportNotice_GoodJobInLesson", -1)
+                                      : qtTrId("ID_StudyReportNotice_TeachingReportOK", -1);
+    QString name = metrics.elidedText(notice.lessonName(), Qt::ElideRight, kNameWidth);
+    // The message keeps its own %1 for the name.
+    const QString line = metrics.elidedText(QStringLiteral("[%1] %2").arg(kind, message), Qt::ElideRight,
+                                            2 * bodyWidth - metrics.horizontalAdvance(name) - kElideSlack);
+    // Reports use this span whatever the locale (intended).
+    const QString span = QStringLiteral("<span style='color: #009265;'>&nbsp;&nbsp;&quot;%1&quot;&nbsp;&nbsp;</span>")
+                             .arg(VyrUtils::escapeHtmlTag(name, false));
+    // A cut that took the placeholder away drops the name; spare arg() its warning.
+    return line.contains(QLatin1String("%1")) ? line.arg(span) : line;
+}
+
+QString studyActivityBody(const VyrEngine::GatherNotice& notice)
+{
+    const auto displayPod = notice.displayPod();
+    if (!displayPod)
+        return QString();
+    // The host's texts are markup already: not escaped, not cut.
+    return QStringLiteral("[%1] %2").arg(displayPod->windowTitleText, displayPod->contentText);
+}
+
+} // namespace
+
+NoticeListViewItem::NoticeListViewItem(QObject* parent)
+    : QStyledItemDelegate(parent)
+{
+    m_textDocument.setDocumentMargin(0);
+    QTextOption option(Qt::AlignLeft);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(Qt::LeftToRight);
+    m_textDocument.setDefaultTextOption(option);
+    QFont font = m_textDocument.defaultFont();
+    font.setPixelSize(14);
+    m_textDocument.setDefaultFont(font);
+    m_textCursor = QTextCursor(&m_textDocument);
+}
+
+NoticeListViewItem::~NoticeListViewItem() = default;
+
+void NoticeListViewItem::setChinaLocale(bool isChinaLocale)
+{
+    m_isChinaLocale = isChinaLocale;
+}
+
+QSize NoticeListViewItem::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    Q_UNUSED(option)
+    Q_UNUSED(index)
+    return kRowSize;
+}
+
+QRect NoticeListViewItem::contentRect(const QRect& rowRect)
+{
+    return rowRect.adjusted(10, 12, -10, -12);
+}
+
+QRect NoticeListViewItem::bodyRect(const QRect& rowRect)
+{
+    return contentRect(rowRect).adjusted(kTextLeft, kBodyTop, 0, 0);
+}
+
+QSize NoticeListViewItem::enterButtonSize(int textWidth)
+{
+    // A longer translation gets a wider button, then a second line.
+    if (textWidth < 68)
+        return QSize(68, 24);
+    if (textWidth < 96)
+        return QSize(96, 24);
+    return QSize(96, 48);
+}
+
+QRect NoticeListViewItem::enterButtonRect(const QRect& rowRect)
+{
+    const int textWidth = QFontMetrics(buttonFont()).horizontalAdvance(qtTrId("ID_Enter_Classroom", -1));
+    const QSize size = enterButtonSize(textWidth);
+    // Top right of the body: the row less 60 on the left, 34 on top and 10 on the right.
+    const QRect area = rowRect.adjusted(60, 34, -10, 0);
+    return QRect(QPoint(area.right() - size.width() + 1, area.top()), size);
+}
+
+bool NoticeListViewItem::hasEnterButton(const VyrEngine::GatherNotice& notice)
+{
+    return notice.type() == VyrEngine::LessonPrepare || notice.type() == VyrEngine::LessonStart;
+}
+
+void NoticeListViewItem::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    painter->save();
+    paintBackground(painter, option);
+    paintSeparator(painter, option, index);
+    const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+    if (notice) {
+        paintAvatar(painter, option.rect, *notice);
+        paintText(painter, option.rect, *notice);
+    }
+    painter->restore();
+}
+
+void NoticeListViewItem::paintBackground(QPainter* painter, const QStyleOptionViewItem& option)
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(option.rect), kCornerRadius, kCornerRadius);
+    const bool isHighlighted = option.state & (QStyle::State_Selected | QStyle::State_MouseOver);
+    painter->fillPath(path, QColor(isHighlighted ? kHoverColor : kBackgroundColor));
+}
+
+void NoticeListViewItem::paintSeparator(QPainter* painter, const QStyleOptionViewItem& option,
+                                        const QModelIndex& index)
+{
+    painter->setPen(kSeparatorColor);
+    // The first row has nothing above it.
+    if (index.row() == 0)
+        return;
+    const QRect& r = option.rect;
+    painter->drawLine(QPoint(r.left() + kSeparatorInset, r.top()), QPoint(r.right() - kSeparatorInset, r.top()));
+}
+
+void NoticeListViewItem::paintAvatar(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice)
+{
+    const QRect iconRect(contentRect(rowRect).topLeft(), QSize(kIconSize, kIconSize));
+    const QPixmap picture = notice.type() == VyrEngine::ContactorAdd
+        ? QPixmap(QStringLiteral(":/common/images/common/FriendAdd.png"))
+        : AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(notice.clusterId(), 0), false);
+    const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(picture, QSizeF(kIconSize, kIconSize), ratio);
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter->drawPixmap(iconRect, rounded);
+}
+
+void NoticeListViewItem::paintText(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice) const
+{
+    const QRect content = contentRect(rowRect);
+    QRect titleRect = content.adjusted(kTextLeft, 0, -kTitleRightGap, 0);
+    titleRect.setHeight(kTitleHeight);
+    const QRect timeRect = content.adjusted(0, kTimeTop, 0, 0);
+    QRect body = bodyRect(rowRect);
+
+    setFontPixelSize(painter, 15);
+    painter->setPen(QColor(kTitleColor));
+    const QString title =
+        notice.type() == VyrEngine::ContactorAdd ? qtTrId("ID_AddFriend_Request", -1) : notice.title();
+    painter->drawText(titleRect, Qt::AlignLeft | Qt::AlignTop,
+                      VyrUtilsHelper::limitString(painter->fontMetrics(), title, titleRect.width(), Qt::ElideRight)
+                          .simplified());
+
+    setFontPixelSize(painter, 12);
+    painter->setPen(QColor(kTimeColor));
+    painter->drawText(timeRect, Qt::AlignRight | Qt::AlignTop, timeText(notice.time()));
+
+    setFontPixelSize(painter, 14);
+    const BodyText text = bodyText(notice, painter->fontMetrics(), body.width());
+    if (hasEnterButton(notice)) {
+        const QRect button = enterButtonRect(rowRect);
+        paintEnterButton(painter, button);
+        body.setRight(body.right() - (button.width() + kButtonGap));
+    }
+
+    painter->save();
+    if (text.isRichText)
+        paintRichBody(painter, body, text.text);
+    else
+        paintPlainBody(painter, body, text.text);
+    painter->restore();
+}
+
+NoticeListViewItem::BodyText NoticeListViewItem::bodyText(const VyrEngine::GatherNotice& notice,
+                                                          const QFontMetrics& bodyMetrics, int bodyWidth) const
+{
+    const qint64 now = VyrEngine::CoreEngine::instance()->currentTime();
+    switch (notice.type()) {
+    case VyrEngine::ContactorAdd:
+        return {bodyMetrics.elidedText(qtTrId("ID_GatherNotice_FriendRequest", -1), Qt::ElideRight,
+                                       2 * bodyWidth - kElideSlack),
+                false};
+    case VyrEngine::ClusterNoticeRemind:
+        // Already fitted into its lines at intake; plain, so tags show as typed.
+        return {notice.displayContent(), false};
+    case VyrEngine::StudyReport:
+        return {studyReportBody(notice, bodyMetrics, bodyWidth), true};
+    case VyrEngine::StudyActivity:
+        return {studyActivityBody(notice), true};
+    case VyrEngine::LessonAhead:
+    case VyrEngine::LessonPrepare:
+    case VyrEngine::LessonStart:
+        return {LessonNoticeText::body(notice.type() == VyrEngine::LessonAhead,
+                                       lessonNameSpan(notice.lessonName(), bodyMetrics), notice.lessonStartTime(),
+                                       now),
+                true};
+    }
+    return {QString(), true};
+}
+
+QString NoticeListViewItem::lessonNameSpan(const QString& lessonName, const QFontMetrics& bodyMetrics) const
+{
+    const QString form = m_isChinaLocale ? QStringLiteral("<span style='color: #009265;'>&nbsp;%1</span>")
+                                         : QStringLiteral("<span style='color: #009265;'>&quot;%1&quot;</span>");
+    return form.arg(VyrUtils::escapeHtmlTag(bodyMetrics.elidedText(lessonName, Qt::ElideRight, kNameWidth)));
+}
+
+void NoticeListViewItem::paintEnterButton(QPainter* painter, const QRect& buttonRect)
+{
+    painter->setBrush(QColor(kButtonColor));
+    painter->setPen(Qt::NoPen);
+    painter->drawRoundedRect(buttonRect, 5, 5);
+
+    painter->setPen(Qt::white);
+    painter->setFont(buttonFont());
+    QTextOption option(Qt::AlignCenter);
+    option.setWrapMode(QTextOption::WrapAnywhere);
+    painter->drawText(QRectF(buttonRect), qtTrId("ID_Enter_Classroom", -1), option);
+}
+
+void NoticeListViewItem::paintPlainBody(QPainter* painter, const QRect& body, const QString& text)
+{
+    painter->setPen(QColor(kBodyColor));
+    QTextOption option(Qt::AlignLeft | Qt::AlignTop);
+    option.setTextDirection(Qt::LeftToRight);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    painter->drawText(QRectF(body), text, option);
+}
+
+void NoticeListViewItem::paintRichBody(QPainter* painter, const QRect& body, const QString& html) const
+{
+    m_textDocument.clear();
+    m_textDocument.setPageSize(body.size());
+    m_textCursor.beginEditBlock();
+    m_textCursor.insertHtml(html);
+    m_textCursor.endEditBlock();
+
+    painter->translate(body.topLeft());
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette.setColor(QPalette::Text, QColor(kBodyColor));
+    const QRect clip(0, 0, body.width(), body.height());
+    painter->setClipRect(clip, Qt::ReplaceClip);
+    context.clip = clip;
+    m_textDocument.documentLayout()->draw(painter, context);
+}
+
+bool NoticeListViewItem::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index)
+{
+    const bool result = QStyledItemDelegate::editorEvent(event, model, option, index);
+    if (!event || event->type() != QEvent::MouseButtonRelease)
+        return result;
+    const auto* mouseEvent = static_cast<QMouseEvent*>(event);
+    if (mouseEvent->button() != Qt::LeftButton || !option.rect.contains(mouseEvent->pos()))
+        return result;
+
+    const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+    if (!notice)
+        return result;
+    // Acts on the release alone: a press on another row is not remembered.
+    if (hasEnterButton(*notice) && enterButtonRect(option.rect).contains(mouseEvent->pos()))
+        emit enterClassRoom(model, index);
+    else
+        emit clickedItem(model, index);
+    return result;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "GatherNotice.h"
+
+#include <QStyledItemDelegate>
+#include <QTextCursor>
+#include <QTextDocument>
+
+class QFontMetrics;
+
+// Paints one row of a gathered-notice window: avatar, title, time, body and,
+// for lessons about to start or started, the enter-classroom button. Rows
+// hold no widgets: the button is a painted rectangle that a click is tested
+// against anew. The body text is built at each paint, so a lesson's minutes
+// are current whenever the row repaints.
+class NoticeListViewItem : public QStyledItemDelegate
+{
+    Q_OBJECT
+public:
+    // What a row's body draws.
+    struct BodyText
+    {
+        QString text;
+        bool isRichText = true;
+    };
+
+    explicit NoticeListViewItem(QObject* parent);
+    ~NoticeListViewItem() override;
+
+    void setChinaLocale(bool isChinaLocale);
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override;
+
+    // The body of `notice` for a body rectangle `bodyWidth` wide, measured with `bodyMetrics`.
+    BodyText bodyText(const VyrEngine::GatherNotice& notice, const QFontMetrics& bodyMetrics, int bodyWidth) const;
+
+    // Row geometry, in the coordinates of `rowRect`; painting and the click test share it.
+    static QRect contentRect(const QRect& rowRect);
+    static QRect bodyRect(const QRect& rowRect);
+    static QSize enterButtonSize(int textWidth);
+    static QRect enterButtonRect(const QRect& rowRect);
+    static bool hasEnterButton(const VyrEngine::GatherNotice& notice);
+
+signals:
+    void clickedItem(QAbstractItemModel* model, QModelIndex index);
+    void enterClassRoom(QAbstractItemModel* model, QModelIndex index);
+
+private:
+    static void paintBackground(QPainter* painter, const QStyleOptionViewItem& option);
+    static void paintSeparator(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index);
+    static void paintAvatar(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice);
+    void paintText(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice) const;
+    static void paintEnterButton(QPainter* painter, const QRect& buttonRect);
+    static void paintPlainBody(QPainter* painter, const QRect& body, const QString& text);
+    void paintRichBody(QPainter* painter, const QRect& body, const QString& html) const;
+
+    QString lessonNameSpan(const QString& lessonName, const QFontMetrics& bodyMetrics) const;
+
+    bool m_isChinaLocale = true;
+    // Reused for every rich row; paint() is const but lays text out here.
+    mutable QTextDocument m_textDocument;
+    mutable QTextCursor m_textCursor;
+};
