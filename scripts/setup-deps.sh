@@ -10,6 +10,7 @@ packages=(
   fonts-dejavu-core fonts-wqy-microhei
   xvfb x11-utils
   libgtest-dev libbenchmark-dev
+  g++-mingw-w64-x86-64 qtbase5-private-dev
 )
 
 missing=()

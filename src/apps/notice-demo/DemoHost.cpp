@@ -3,9 +3,12 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "CourseEngine.h"
+#include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "ScenarioPlayer.h"
+#include "ScreenshotTaker.h"
 #include "VyrTrack.h"
+#include "WindowActions.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -39,16 +42,23 @@ quint64 idOf(const QJsonObject& object, const char* key)
 
 } // namespace
 
-DemoHost::DemoHost(QObject* parent)
+DemoHost::DemoHost(const QString& screenshotFolder, QObject* parent)
     : QObject(parent)
     , m_out(stdout)
+    , m_screenshots(new ScreenshotTaker(screenshotFolder))
 {
     NoticeListModel* model = NoticeListModel::instance();
+    // Reported before the windows' handlers run, so the log reads cause, then effect.
     connect(model, &NoticeListModel::popupNoticeListWidget, this, &DemoHost::onPopupNoticeListWidget);
     connect(model, &NoticeListModel::removeNoticeListItem, this, &DemoHost::onRemoveNoticeListItem);
+    m_gathered.reset(new GatheredNoticeHost([this](const QString& line) { say(line); }));
+    m_windowActions = new WindowActions(m_gathered.get(), m_screenshots.get(), this);
+    connect(m_windowActions, &WindowActions::said, this, &DemoHost::say);
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
 }
+
+DemoHost::~DemoHost() = default;
 
 void DemoHost::seed(const QJsonObject& scenario)
 {
@@ -102,6 +112,12 @@ void DemoHost::registerActions(ScenarioPlayer* player)
     });
     player->addAction(QStringLiteral("printRows"), [this](const QJsonObject&) { printRows(); });
     player->addAction(QStringLiteral("quit"), [](const QJsonObject&) { QCoreApplication::exit(0); });
+    m_windowActions->registerActions(player);
+}
+
+bool DemoHost::isWaitingToQuit() const
+{
+    return m_windowActions->isWaitingToQuit();
 }
 
 void DemoHost::printRows()

@@ -5,17 +5,23 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QTextStream>
+#include <memory>
 
+class GatheredNoticeHost;
 class ScenarioPlayer;
+class ScreenshotTaker;
+class WindowActions;
 
 // A host program for the notice library: feeds the client kit from a
 // scenario, drives the library the way the client's messaging part does and
-// prints what comes back (model signals, rows, tracking events).
+// prints what comes back (model signals, window signals, rows, tracking events).
 class DemoHost : public QObject
 {
     Q_OBJECT
 public:
-    explicit DemoHost(QObject* parent = nullptr);
+    // `screenshotFolder` empty: the "screenshot" action does nothing.
+    explicit DemoHost(const QString& screenshotFolder = QString(), QObject* parent = nullptr);
+    ~DemoHost() override;
 
     // Seeds the kit with the scenario's clock, clusters, courses and lessons.
     void seed(const QJsonObject& scenario);
@@ -24,6 +30,8 @@ public:
 
     void printRows();
     void announceStep(int index, const QJsonObject& step);
+    // A "quitWhenHidden" step is waiting for the windows to go.
+    bool isWaitingToQuit() const;
 
 private:
     void onPopupNoticeListWidget(VyrEngine::NoticeCategory category);
@@ -32,4 +40,7 @@ private:
     void say(const QString& line);
 
     QTextStream m_out;
+    std::unique_ptr<ScreenshotTaker> m_screenshots;
+    std::unique_ptr<GatheredNoticeHost> m_gathered;
+    WindowActions* m_windowActions = nullptr;
 };

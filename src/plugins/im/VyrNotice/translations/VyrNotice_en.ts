@@ -3,6 +3,26 @@
 <TS version="2.1" language="en_US">
 <context>
     <name></name>
+    <message id="ID_GatherNotice_ActivityNotice">
+        <source>Activity notices (%1)</source>
+        <translation>Activity notices (%1)</translation>
+    </message>
+    <message id="ID_GatherNotice_LessonNotice">
+        <source>Lesson notices (%1)</source>
+        <translation>Lesson notices (%1)</translation>
+    </message>
+    <message id="ID_Close">
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message id="ID_GatherNotice_CloseAccessibleName">
+        <source>Close notices</source>
+        <translation>Close notices</translation>
+    </message>
+    <message id="ID_GatherNotice_ListAccessibleName">
+        <source>Notices</source>
+        <translation>Notices</translation>
+    </message>
     <message id="ID_ClassAheadNotice_LessonNotice">
         <source>Lesson Notice</source>
         <translation>Lesson Notice</translation>

@@ -1,0 +1,61 @@
+#include "ScreenCorner.h"
+
+#include "TaskbarEdge.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace {
+bool s_hasOverride = false;
+ScreenCorner::Screen s_override;
+} // namespace
+
+ScreenCorner::Screen ScreenCorner::current()
+{
+    if (s_hasOverride)
+        return s_override;
+    Screen screen;
+    screen.taskbarEdge = queryTaskbarEdge();
+    if (const QScreen* primary = QGuiApplication::primaryScreen()) {
+        screen.geometry = primary->geometry();
+        screen.availableGeometry = primary->availableGeometry();
+    }
+    return screen;
+}
+
+bool ScreenCorner::screenLengths(const Screen& screen, int* screenWidth, int* screenHeight)
+{
+    switch (screen.taskbarEdge) {
+    case 0: // left
+        *screenWidth = screen.geometry.width();
+        *screenHeight = screen.availableGeometry.height();
+        return true;
+    case 1: // top
+        *screenWidth = screen.availableGeometry.width();
+        *screenHeight = screen.geometry.height();
+        return true;
+    case 2: // right
+    case 3: // bottom
+        *screenWidth = screen.availableGeometry.width();
+        *screenHeight = screen.availableGeometry.height();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void ScreenCorner::setOverride(const Screen& screen)
+{
+    s_override = screen;
+    s_hasOverride = true;
+}
+
+void ScreenCorner::clearOverride()
+{
+    s_hasOverride = false;
+}
+
+bool ScreenCorner::hasOverride()
+{
+    return s_hasOverride;
+}

@@ -1,0 +1,177 @@
+// Runs the demo host's default scenario offscreen and checks what it must
+// produce: the windows' signals on stdout, the tracking events in the JSON
+// lines log, and the screenshots.
+
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestDemoEndToEnd : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void runsToTheEndAndQuitsWhenWindowsHaveGone();
+    void windowSignalsInOrder();
+    void lessonNoticesAreSentOncePerIntakeOrUpdate();
+    void clicksAreTrackedKeyByKey();
+    void screenshotsShowTheWindows();
+
+private:
+    QStringList windowLines() const;
+    QList<QJsonObject> events(const QString& name) const;
+
+    QTemporaryDir m_dir;
+    int m_exitCode = -1;
+    QStringList m_stdout;
+    QList<QJsonObject> m_track;
+};
+
+void TestDemoEndToEnd::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    QProcess demo;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    demo.setProcessEnvironment(env);
+    demo.setProcessChannelMode(QProcess::SeparateChannels);
+    const QString trackLog = m_dir.filePath(QStringLiteral("track.jsonl"));
+    demo.start(QStringLiteral(NOTICE_DEMO_PATH),
+               {QStringLiteral("--speed"), QStringLiteral("5"), QStringLiteral("--track-log"), trackLog,
+                QStringLiteral("--screenshots"), m_dir.filePath(QStringLiteral("shots"))});
+    QVERIFY(demo.waitForStarted());
+    // The scenario takes under two seconds at this speed; the last window's 15-second hold is the library's own.
+    QVERIFY(demo.waitForFinished(90000));
+    m_exitCode = demo.exitCode();
+    m_stdout = QString::fromUtf8(demo.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QString errors = QString::fromUtf8(demo.readAllStandardError());
+    QVERIFY2(!errors.contains(QLatin1String("unknown action")), qPrintable(errors));
+
+    QFile log(trackLog);
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    while (!log.atEnd()) {
+        const QByteArray line = log.readLine().trimmed();
+        if (line.isEmpty())
+            continue;
+        const QJsonDocument doc = QJsonDocument::fromJson(line);
+        QVERIFY2(doc.isObject(), line.constData());
+        m_track << doc.object();
+    }
+}
+
+QStringList TestDemoEndToEnd::windowLines() const
+{
+    QStringList out;
+    for (const QString& line : m_stdout) {
+        if (line.startsWith(QLatin1String("window ")))
+            out << line;
+    }
+    return out;
+}
+
+QList<QJsonObject> TestDemoEndToEnd::events(const QString& name) const
+{
+    QList<QJsonObject> out;
+    for (const QJsonObject& event : m_track) {
+        if (event.value(QStringLiteral("event")).toString() == name)
+            out << event.value(QStringLiteral("data")).toObject();
+    }
+    return out;
+}
+
+// The run ends by itself, with 0, once the last window has faded out.
+void TestDemoEndToEnd::runsToTheEndAndQuitsWhenWindowsHaveGone()
+{
+    QCOMPARE(m_exitCode, 0);
+    QVERIFY(m_stdout.contains(QStringLiteral("waiting for the windows to go")));
+    QVERIFY(!m_stdout.contains(QStringLiteral("windows still up after the timeout")));
+    QCOMPARE(m_stdout.last(), QStringLiteral("window Activity: noticeWidgetHidden(Activity, true)"));
+}
+
+// Click, enter, close with its pause alert, the Activity click, and the dragged window's fade-out.
+void TestDemoEndToEnd::windowSignalsInOrder()
+{
+    const QStringList expected = {
+        QStringLiteral("window Lesson: viewLessonNoticeDetails(4)"),
+        QStringLiteral("window Lesson: enterClassRoom(3)"),
+        QStringLiteral("window Lesson: noticeWidgetHidden(Lesson, false)"),
+        QStringLiteral("window Lesson: pauseLessonStartAlert(1)"),
+        QStringLiteral("window Activity: viewFriendRequestDetails()"),
+        QStringLiteral("window Activity: noticeWidgetHidden(Activity, true)"),
+    };
+    QCOMPARE(windowLines(), expected);
+}
+
+// One "PushSend" per new lesson row and per update; the unknown lesson sends nothing.
+void TestDemoEndToEnd::lessonNoticesAreSentOncePerIntakeOrUpdate()
+{
+    const QList<QJsonObject> sent = events(QStringLiteral("PushSend"));
+    QStringList bodies;
+    for (const QJsonObject& data : sent) {
+        QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), QStringLiteral("上课通知"));
+        QCOMPARE(data.value(QStringLiteral("push_title")).toString(), QStringLiteral("Lesson Notice"));
+        QCOMPARE(data.value(QStringLiteral("app_scene")).toString(), QStringLiteral("前台唤起"));
+        bodies << data.value(QStringLiteral("push_body")).toString();
+    }
+    QCOMPARE(bodies.size(), 5);
+    QCOMPARE(bodies.at(0), QStringLiteral("Fractions and <Decimals> will start in 10 minutes"));
+    QCOMPARE(bodies.at(1), QStringLiteral("Fractions and <Decimals> has started"));
+    QVERIFY(bodies.at(2).startsWith(QLatin1String("Newton's Laws will start at ")));
+    QCOMPARE(bodies.at(3), QStringLiteral("Ratios has started"));
+    QCOMPARE(bodies.at(4), QStringLiteral("Optics Lab has started"));
+}
+
+// Four clicks: row, enter-classroom, close (check_up false), Activity row; each with exactly four keys.
+void TestDemoEndToEnd::clicksAreTrackedKeyByKey()
+{
+    const QList<QJsonObject> clicks = events(QStringLiteral("PushClick"));
+    QCOMPARE(clicks.size(), 4);
+    const QList<QPair<QString, bool>> expected = {
+        {QStringLiteral("Lesson notices "), true},
+        {QStringLiteral("Lesson notices "), true},
+        {QStringLiteral("Lesson notices "), false},
+        {QStringLiteral("Activity notices "), true},
+    };
+    QSet<QString> ids;
+    for (int i = 0; i < clicks.size(); ++i) {
+        const QJsonObject& data = clicks.at(i);
+        QStringList keys = data.keys();
+        keys.sort();
+        QCOMPARE(keys, (QStringList{QStringLiteral("app_scene"), QStringLiteral("check_up"), QStringLiteral("push_id"),
+                                    QStringLiteral("push_title")}));
+        QCOMPARE(data.value(QStringLiteral("push_title")).toString(), expected.at(i).first);
+        QVERIFY(data.value(QStringLiteral("check_up")).isBool());
+        QCOMPARE(data.value(QStringLiteral("check_up")).toBool(), expected.at(i).second);
+        QCOMPARE(data.value(QStringLiteral("app_scene")).toString(), QStringLiteral("前台唤起"));
+        ids.insert(data.value(QStringLiteral("push_id")).toString());
+    }
+    QCOMPARE(ids.size(), 4);
+}
+
+// Each "screenshot" step wrote the visible windows and the whole screen.
+void TestDemoEndToEnd::screenshotsShowTheWindows()
+{
+    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QStringList screens = shots.entryList({QStringLiteral("*-screen.png")}, QDir::Files, QDir::Name);
+    QCOMPARE(screens.size(), 5);
+    const QImage lesson(shots.filePath(QStringLiteral("01-two-windows-Lesson.png")));
+    QCOMPARE(lesson.size(), QSize(424, 176 + 90));
+    const QImage activity(shots.filePath(QStringLiteral("01-two-windows-Activity.png")));
+    QCOMPARE(activity.size(), QSize(424, 176 + 90));
+    // Only the Activity window is up when the dragged one is shot.
+    QVERIFY(QFile::exists(shots.filePath(QStringLiteral("05-dragged-activity-Activity.png"))));
+    QVERIFY(!QFile::exists(shots.filePath(QStringLiteral("05-dragged-activity-Lesson.png"))));
+    const QImage screen(shots.filePath(screens.first()));
+    QCOMPARE(screen.size(), QSize(800, 600));
+    // The Lesson window's light panel stands out of the desktop at the screen's bottom right.
+    const QColor panel = screen.pixelColor(800 - 212, 600 - 60);
+    QVERIFY2(panel.red() > 245 && panel.green() > 245 && panel.blue() > 245, qPrintable(panel.name()));
+    const QColor desktop = screen.pixelColor(100, 100);
+    QVERIFY2(desktop.red() < 235, qPrintable(desktop.name()));
+}
+
+QTEST_GUILESS_MAIN(TestDemoEndToEnd)
+#include "tst_demo_e2e.moc"

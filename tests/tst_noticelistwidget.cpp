@@ -1,0 +1,436 @@
+#include "CoreEngine.h"
+#include "LogCapture.h"
+#include "NoticeListModel.h"
+#include "NoticeListWidget.h"
+#include "NoticeWindowHarness.h"
+#include "ScreenCorner.h"
+#include "TestKit.h"
+#include "VyrPauseableTimer.h"
+
+#include <QAbstractItemModelTester>
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStandardItemModel>
+#include <QListView>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QtTest>
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
+#include <memory>
+
+using namespace VyrEngine;
+namespace H = NoticeWindowHarness;
+
+namespace {
+
+GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row)
+{
+    return model->index(row, 0).data(Qt::UserRole).value<GatherNoticePtr>();
+}
+
+QAbstractItemModel* proxyOf(NoticeListWidget* window)
+{
+    return window->findChild<QListView*>(QStringLiteral("noticeListView"))->model();
+}
+
+QStringList alertsSeen;
+
+void recordAlerts(QAccessibleEvent* event)
+{
+    if (event->type() == QAccessible::Alert && event->object())
+        alertsSeen << event->object()->objectName() + QLatin1Char(':') + event->object()->metaObject()->className();
+}
+
+} // namespace
+
+// The window's construction, widget tree, title, painting and proxy.
+class TestNoticeListWidget : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void newWindowIsHiddenEmptyWithZeroInTitle_data();
+    void newWindowIsHiddenEmptyWithZeroInTitle();
+    void windowFlagsAndAttributes();
+    void widgetTreeNamesAndSizes();
+    void titleMarginsAndCloseButton();
+    void listViewSettings();
+    void titleCountsOnlyThisCategoryAfterFilter();
+    void proxyKeepsCategoryNewestFirst();
+    void proxyDropsNullRecordsAndLessThanTreatsThemAsNotLess();
+    void typeOutsideLessonRangeBelongsToActivity();
+    void onlyLessonWindowListensToLessonUpdates();
+    void paintDrawsShadowAroundWhitePanel();
+    void mouseMoveComparesWithoutMapping_data();
+    void mouseMoveComparesWithoutMapping();
+    void accessibleNamesAreTranslated();
+    void popRaisesAccessibilityAlert();
+    void styleSheetComesFromResource();
+
+private:
+    NoticeListWidget* makeWindow(NoticeCategory category);
+    std::unique_ptr<NoticeListWidget> m_window;
+    std::unique_ptr<NoticeListWidget> m_other;
+};
+
+void TestNoticeListWidget::initTestCase()
+{
+    QVERIFY(TestKit::loadTranslations());
+}
+
+void TestNoticeListWidget::init()
+{
+    TestKit::resetAll();
+    H::useTestScreen();
+}
+
+void TestNoticeListWidget::cleanup()
+{
+    m_window.reset();
+    m_other.reset();
+    ScreenCorner::clearOverride();
+    TestKit::resetAll();
+}
+
+NoticeListWidget* TestNoticeListWidget::makeWindow(NoticeCategory category)
+{
+    m_window.reset(new NoticeListWidget(category));
+    return m_window.get();
+}
+
+// A new window, before any notice: hidden, list height 0, title with 0.
+void TestNoticeListWidget::newWindowIsHiddenEmptyWithZeroInTitle_data()
+{
+    QTest::addColumn<int>("category");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("activity") << int(Activity) << QStringLiteral("Activity notices (0)");
+    QTest::newRow("lesson") << int(Lesson) << QStringLiteral("Lesson notices (0)");
+}
+
+void TestNoticeListWidget::newWindowIsHiddenEmptyWithZeroInTitle()
+{
+    QFETCH(int, category);
+    QFETCH(QString, title);
+    NoticeListWidget* window = makeWindow(NoticeCategory(category));
+    QVERIFY(!window->isVisible());
+    QCOMPARE(H::listHeight(window), 0);
+    QCOMPARE(window->getContentWidgetSize(), QSize(384, 50));
+    QCOMPARE(H::title(window), title);
+    QVERIFY(!window->isPosChanged());
+    QCOMPARE(window->popupTime(), quint64(0));
+}
+
+// Frameless, always-on-top tool window with a translucent background, no focus, mouse tracking.
+void TestNoticeListWidget::windowFlagsAndAttributes()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    const Qt::WindowFlags flags = window->windowFlags();
+    QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
+    QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(flags & Qt::WindowType_Mask, Qt::Tool);
+    QVERIFY(window->testAttribute(Qt::WA_TranslucentBackground));
+    QCOMPARE(window->focusPolicy(), Qt::NoFocus);
+    QVERIFY(window->hasMouseTracking());
+    QVERIFY(window->isWindow());
+}
+
+// The tree of panels with its object names, margins and fixed sizes.
+void TestNoticeListWidget::widgetTreeNamesAndSizes()
+{
+    NoticeListWidget* window = makeWindow(Lesson);
+    auto* mainLayout = qobject_cast<QHBoxLayout*>(window->layout());
+    QVERIFY(mainLayout);
+    QCOMPARE(mainLayout->contentsMargins(), QMargins(20, 20, 20, 20));
+    QCOMPARE(mainLayout->spacing(), 0);
+
+    auto* panel = window->findChild<QWidget*>(QStringLiteral("noticeListWidget"));
+    QVERIFY(panel);
+    QCOMPARE(panel->parentWidget(), window);
+    QCOMPARE(panel->minimumWidth(), 384);
+    QCOMPARE(panel->maximumWidth(), 384);
+    auto* panelLayout = qobject_cast<QVBoxLayout*>(panel->layout());
+    QVERIFY(panelLayout);
+    QCOMPARE(panelLayout->contentsMargins(), QMargins(0, 0, 0, 0));
+    QCOMPARE(panelLayout->spacing(), 0);
+    QCOMPARE(panelLayout->count(), 3);
+
+    auto* titleWidget = window->findChild<QWidget*>(QStringLiteral("titleWidget"));
+    QCOMPARE(panelLayout->itemAt(0)->widget(), titleWidget);
+    QCOMPARE(titleWidget->minimumHeight(), 42);
+    QCOMPARE(titleWidget->maximumHeight(), 42);
+    QVERIFY(panelLayout->itemAt(1)->spacerItem());
+    QCOMPARE(panelLayout->itemAt(1)->spacerItem()->sizeHint().height(), 4);
+    auto* listWidget = window->findChild<QWidget*>(QStringLiteral("listWidget"));
+    QCOMPARE(panelLayout->itemAt(2)->widget(), listWidget);
+    QCOMPARE(listWidget->layout()->contentsMargins(), QMargins(10, 0, 10, 8));
+
+    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    QVERIFY(view);
+    QCOMPARE(view->parentWidget(), listWidget);
+    QVERIFY(window->findChild<QLabel*>(QStringLiteral("titleLabel")));
+    QCOMPARE(window->findChild<QLabel*>(QStringLiteral("titleLabel"))->parentWidget(), titleWidget);
+}
+
+// Title row: label, stretch, 18 x 18 close button with tool tip and hand cursor.
+void TestNoticeListWidget::titleMarginsAndCloseButton()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    auto* titleWidget = window->findChild<QWidget*>(QStringLiteral("titleWidget"));
+    auto* layout = qobject_cast<QHBoxLayout*>(titleWidget->layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->contentsMargins(), QMargins(20, 16, 20, 4));
+    QCOMPARE(layout->spacing(), 0);
+    QCOMPARE(layout->count(), 3);
+    QCOMPARE(layout->itemAt(0)->widget()->objectName(), QStringLiteral("titleLabel"));
+    QVERIFY(layout->itemAt(1)->spacerItem());
+    auto* button = qobject_cast<QToolButton*>(layout->itemAt(2)->widget());
+    QVERIFY(button);
+    QCOMPARE(button->size(), QSize(18, 18));
+    QCOMPARE(button->minimumSize(), QSize(18, 18));
+    QCOMPARE(button->toolTip(), QStringLiteral("Close"));
+    QCOMPARE(button->cursor().shape(), Qt::PointingHandCursor);
+    QCOMPARE(button->property("GlobalStyle").toString(), QStringLiteral("QToolButton_CloseGrayBg"));
+}
+
+// The list view's settings as the window sets them.
+void TestNoticeListWidget::listViewSettings()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    QVERIFY(!view->testAttribute(Qt::WA_MacShowFocusRect));
+    QCOMPARE(view->contextMenuPolicy(), Qt::CustomContextMenu);
+    QCOMPARE(view->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QVERIFY(view->hasMouseTracking());
+    QVERIFY(view->viewport()->testAttribute(Qt::WA_Hover));
+    QCOMPARE(view->verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    QVERIFY(!view->hasAutoScroll());
+    QCOMPARE(view->selectionMode(), QAbstractItemView::NoSelection);
+    QCOMPARE(view->focusPolicy(), Qt::ClickFocus);
+    QVERIFY(view->itemDelegate());
+    QCOMPARE(view->itemDelegate()->parent(), window);
+    QCOMPARE(QByteArray(view->model()->metaObject()->className()), QByteArray("NoticeListSortFilterModel"));
+}
+
+// The title's number is this window's row count after the filter, refreshed by adjustListHeight.
+void TestNoticeListWidget::titleCountsOnlyThisCategoryAfterFilter()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListModel::instance()->addContactorAddNotice();
+    NoticeListModel::instance()->addContactorAddNotice();
+    TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
+    NoticeListModel::instance()->addLessonNotice(LessonStart, 1);
+    TestKit::settle();
+    QCOMPARE(NoticeListModel::instance()->rowCount(), 3);
+    QCOMPARE(H::title(window), QStringLiteral("Activity notices (0)"));
+    window->adjustListHeight(5);
+    QCOMPARE(H::title(window), QStringLiteral("Activity notices (2)"));
+}
+
+// Rows of the window's category only, sorted by time, newest first; equal times keep source order.
+void TestNoticeListWidget::proxyKeepsCategoryNewestFirst()
+{
+    NoticeListWidget* window = makeWindow(Lesson);
+    QAbstractItemModel* proxy = proxyOf(window);
+    new QAbstractItemModelTester(proxy, QAbstractItemModelTester::FailureReportingMode::QtTest, this);
+    auto* core = CoreEngine::instance();
+    const QList<quint64> lessons = {11, 12, 13};
+    for (quint64 id : lessons) {
+        TestKit::putLesson(id, QStringLiteral("L%1").arg(id), 1800000000 + 7200);
+        core->advanceTime(60);
+        NoticeListModel::instance()->addLessonNotice(LessonAhead, id);
+        TestKit::settle();
+        NoticeListModel::instance()->addContactorAddNotice();
+    }
+    QCOMPARE(proxy->rowCount(), 3);
+    QCOMPARE(noticeAt(proxy, 0)->lessonId(), quint64(13));
+    QCOMPARE(noticeAt(proxy, 1)->lessonId(), quint64(12));
+    QCOMPARE(noticeAt(proxy, 2)->lessonId(), quint64(11));
+    // An update gives lesson 11 a newer time: it rises to the top on the reset.
+    core->advanceTime(60);
+    NoticeListModel::instance()->addLessonNotice(LessonStart, 11);
+    TestKit::settle();
+    QCOMPARE(noticeAt(proxy, 0)->lessonId(), quint64(11));
+}
+
+// A proxy over a source whose row holds no record: filtered out, and lessThan says false.
+void TestNoticeListWidget::proxyDropsNullRecordsAndLessThanTreatsThemAsNotLess()
+{
+    QStandardItemModel source;
+    auto* full = new QStandardItem();
+    auto notice = std::make_shared<GatherNotice>(ContactorAdd);
+    notice->setTime(5);
+    full->setData(QVariant::fromValue(notice), Qt::UserRole);
+    source.appendRow(full);
+    source.appendRow(new QStandardItem(QStringLiteral("no record")));
+
+    NoticeListSortFilterModel proxy(NoticeListModel::instance(), Activity, nullptr);
+    proxy.setSourceModel(&source);
+    QCOMPARE(proxy.rowCount(), 1);
+    QCOMPARE(noticeAt(&proxy, 0), notice);
+
+    struct Probe : NoticeListSortFilterModel
+    {
+        using NoticeListSortFilterModel::NoticeListSortFilterModel;
+        using NoticeListSortFilterModel::lessThan;
+    } probe(NoticeListModel::instance(), Activity, nullptr);
+    probe.setSourceModel(&source);
+    const QModelIndex withRecord = source.index(0, 0);
+    const QModelIndex withoutRecord = source.index(1, 0);
+    QVERIFY(!probe.lessThan(withoutRecord, withRecord));
+    QVERIFY(!probe.lessThan(withRecord, withoutRecord));
+    QVERIFY(!probe.lessThan(QModelIndex(), withRecord));
+    QVERIFY(!probe.lessThan(withRecord, withRecord));
+}
+
+// A row of a type outside 2 to 4 (here a lesson row turned to type 7 by an update) is an Activity row.
+void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    m_other.reset(new NoticeListWidget(Lesson));
+    TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
+    NoticeListModel::instance()->addLessonNotice(LessonAhead, 1);
+    TestKit::settle();
+    QCOMPARE(proxyOf(m_other.get())->rowCount(), 1);
+    QCOMPARE(proxyOf(window)->rowCount(), 0);
+    NoticeListModel::instance()->addLessonNotice(NoticeType(7), 1);
+    TestKit::settle();
+    QCOMPARE(proxyOf(m_other.get())->rowCount(), 0);
+    QCOMPARE(proxyOf(window)->rowCount(), 1);
+    QCOMPARE(int(noticeAt(proxyOf(window), 0)->type()), 7);
+}
+
+// Only the Lesson window restarts its hold time on lessonNoticeUpdated.
+void TestNoticeListWidget::onlyLessonWindowListensToLessonUpdates()
+{
+    NoticeListWidget* lesson = makeWindow(Lesson);
+    m_other.reset(new NoticeListWidget(Activity));
+    QVERIFY(!H::closeTimer(lesson)->isActive());
+    QVERIFY(!H::closeTimer(m_other.get())->isActive());
+    emit NoticeListModel::instance()->lessonNoticeUpdated();
+    QVERIFY(H::closeTimer(lesson)->isActive());
+    QCOMPARE(H::closeTimer(lesson)->remainingTime() > 14000, true);
+    QVERIFY(!H::closeTimer(m_other.get())->isActive());
+}
+
+// The shadow border is translucent and darkest next to the panel; the panel is opaque white.
+void TestNoticeListWidget::paintDrawsShadowAroundWhitePanel()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListModel::instance()->addContactorAddNotice();
+    window->adjustListHeight(0);
+    window->popNoticeListWidget(0);
+    const QImage image = window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(image.size(), QSize(424, 178));
+    const int midY = image.height() / 2;
+    const int midX = image.width() / 2;
+    // Far corner: nothing.
+    QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
+    // Each side: a soft shadow that grows toward the panel.
+    const QList<QPair<QPoint, QPoint>> outerInner = {
+        {QPoint(4, midY), QPoint(17, midY)},                          // left
+        {QPoint(image.width() - 5, midY), QPoint(image.width() - 18, midY)}, // right
+        {QPoint(midX, 4), QPoint(midX, 17)},                          // top
+        {QPoint(midX, image.height() - 5), QPoint(midX, image.height() - 18)}, // bottom
+    };
+    for (const auto& pair : outerInner) {
+        const int outer = qAlpha(image.pixel(pair.first));
+        const int inner = qAlpha(image.pixel(pair.second));
+        QVERIFY2(inner > outer, qPrintable(QStringLiteral("%1 vs %2").arg(inner).arg(outer)));
+        QVERIFY(inner > 10);
+        QVERIFY(inner < 128);
+    }
+    // Deeper below than above, as if lit from above.
+    QVERIFY(qAlpha(image.pixel(midX, image.height() - 15)) > qAlpha(image.pixel(midX, 15)));
+    // The panel: opaque white.
+    const QRgb panel = image.pixel(midX, 100);
+    QCOMPARE(qAlpha(panel), 255);
+    QCOMPARE(qRed(panel), 255);
+    QCOMPARE(qGreen(panel), 255);
+    QCOMPARE(qBlue(panel), 255);
+}
+
+// The hand cursor follows the list panel's own rectangle, compared with window coordinates unmapped.
+void TestNoticeListWidget::mouseMoveComparesWithoutMapping_data()
+{
+    QTest::addColumn<QPoint>("pos");
+    QTest::addColumn<int>("shape");
+    // The title panel at window (30, 30) lies inside the list panel's size: hand, by the unmapped test.
+    QTest::newRow("title-inside-list-size") << QPoint(30, 30) << int(Qt::PointingHandCursor);
+    // Window (2, 2) is the shadow border, still inside (0, 0)-(384, h): hand as well.
+    QTest::newRow("shadow-top-left") << QPoint(2, 2) << int(Qt::PointingHandCursor);
+    // Right of 384 in window coordinates: arrow, though it is on the list panel when mapped.
+    QTest::newRow("list-right-edge") << QPoint(395, 120) << int(Qt::ArrowCursor);
+    QTest::newRow("below-list-size") << QPoint(200, 170) << int(Qt::ArrowCursor);
+}
+
+void TestNoticeListWidget::mouseMoveComparesWithoutMapping()
+{
+    QFETCH(QPoint, pos);
+    QFETCH(int, shape);
+    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListModel::instance()->addContactorAddNotice();
+    window->adjustListHeight(0);
+    window->popNoticeListWidget(0);
+    auto* listWidget = window->findChild<QWidget*>(QStringLiteral("listWidget"));
+    QVERIFY(listWidget->mapTo(window, QPoint(0, 0)) != QPoint(0, 0));
+    QMouseEvent move(QEvent::MouseMove, pos, window->mapToGlobal(pos), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window, &move);
+    QCOMPARE(int(window->cursor().shape()), shape);
+}
+
+// The close button and the list carry translated accessible names.
+void TestNoticeListWidget::accessibleNamesAreTranslated()
+{
+    NoticeListWidget* window = makeWindow(Lesson);
+    auto* button = window->findChild<QToolButton*>();
+    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    QCOMPARE(button->accessibleName(), QStringLiteral("Close notices"));
+    QCOMPARE(view->accessibleName(), QStringLiteral("Notices"));
+    QCOMPARE(window->accessibleName(), QStringLiteral("Lesson notices (0)"));
+    QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
+    NoticeListWidget chinese(Lesson);
+    QCOMPARE(chinese.findChild<QToolButton*>()->accessibleName(), QStringLiteral("关闭通知"));
+    QCOMPARE(chinese.findChild<QListView*>()->accessibleName(), QStringLiteral("通知列表"));
+    QVERIFY(TestKit::loadTranslations());
+}
+
+// Popping the window raises an accessibility alert on it, so a screen reader announces the notices.
+void TestNoticeListWidget::popRaisesAccessibilityAlert()
+{
+    NoticeListWidget* window = makeWindow(Lesson);
+    window->setObjectName(QStringLiteral("lessonWindow"));
+    alertsSeen.clear();
+    QAccessible::installUpdateHandler(recordAlerts);
+    // As when a screen reader attaches: the platform's accessibility turns active.
+    QPlatformAccessibility* accessibility = QGuiApplicationPrivate::platformIntegration()->accessibility();
+    QVERIFY(accessibility);
+    accessibility->setActive(true);
+    NoticeListModel::instance()->addContactorAddNotice();
+    window->adjustListHeight(5);
+    QVERIFY(alertsSeen.isEmpty());
+    window->popNoticeListWidget(0);
+    accessibility->setActive(false);
+    QAccessible::installUpdateHandler(nullptr);
+    QCOMPARE(alertsSeen, QStringList{QStringLiteral("lessonWindow:NoticeListWidget")});
+}
+
+// The style sheet of the resource reaches the window and names the five panels.
+void TestNoticeListWidget::styleSheetComesFromResource()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    QFile file(QStringLiteral(":/im/qss/notice/NoticeListWidget.qss"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString sheet = QString::fromUtf8(file.readAll());
+    QCOMPARE(window->styleSheet(), sheet);
+    for (const char* name : {"#noticeListWidget", "#titleWidget", "#titleLabel", "#listWidget", "#noticeListView"})
+        QVERIFY2(sheet.contains(QLatin1String(name)), name);
+}
+
+QTEST_MAIN(TestNoticeListWidget)
+#include "tst_noticelistwidget.moc"
