@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QRegularExpression>
 #include <QtTest>
 
 class TestDemoEndToEnd : public QObject
@@ -19,6 +20,7 @@ private slots:
     void lessonNoticesAreSentOncePerIntakeOrUpdate();
     void clicksAreTrackedKeyByKey();
     void screenshotsShowTheWindows();
+    void modelHoldsEveryKindOfRow();
 
 private:
     QStringList windowLines() const;
@@ -160,7 +162,7 @@ void TestDemoEndToEnd::screenshotsShowTheWindows()
     const QImage lesson(shots.filePath(QStringLiteral("01-two-windows-Lesson.png")));
     QCOMPARE(lesson.size(), QSize(424, 176 + 90));
     const QImage activity(shots.filePath(QStringLiteral("01-two-windows-Activity.png")));
-    QCOMPARE(activity.size(), QSize(424, 176 + 90));
+    QCOMPARE(activity.size(), QSize(424, 308 + 90));
     // Only the Activity window is up when the dragged one is shot.
     QVERIFY(QFile::exists(shots.filePath(QStringLiteral("05-dragged-activity-Activity.png"))));
     QVERIFY(!QFile::exists(shots.filePath(QStringLiteral("05-dragged-activity-Lesson.png"))));
@@ -171,6 +173,22 @@ void TestDemoEndToEnd::screenshotsShowTheWindows()
     QVERIFY2(panel.red() > 245 && panel.green() > 245 && panel.blue() > 245, qPrintable(panel.name()));
     const QColor desktop = screen.pixelColor(100, 100);
     QVERIFY2(desktop.red() < 235, qPrintable(desktop.name()));
+}
+
+// Before the clicks the model holds a row of each of the seven notice types.
+void TestDemoEndToEnd::modelHoldsEveryKindOfRow()
+{
+    const int listing = m_stdout.indexOf(QStringLiteral("rows: 10 (Lesson 4, Activity 6)"));
+    QVERIFY2(listing >= 0, qPrintable(m_stdout.join(QLatin1Char('\n'))));
+    QSet<QString> types;
+    const QRegularExpression typeOf(QStringLiteral("^  \\[\\d+\\] type=(\\d) "));
+    for (int i = listing + 1; i < m_stdout.size(); ++i) {
+        const auto match = typeOf.match(m_stdout.at(i));
+        if (!match.hasMatch())
+            break;
+        types.insert(match.captured(1));
+    }
+    QCOMPARE(types.size(), 7);
 }
 
 QTEST_GUILESS_MAIN(TestDemoEndToEnd)

@@ -40,6 +40,21 @@ quint64 idOf(const QJsonObject& object, const char* key)
     return quint64(object.value(QLatin1String(key)).toDouble());
 }
 
+// The host composes a study activity's words itself and hands them over beside the engine's record.
+void addStudyActivity(const QJsonObject& step)
+{
+    auto pod = QSharedPointer<AppendixDataPod>::create();
+    pod->activityId = idOf(step, "activityId");
+    pod->activityName = step.value(QStringLiteral("heading")).toString();
+    pod->courseData = QSharedPointer<ActivityCourseDataPod>::create();
+    pod->courseData->courseId = quint32(idOf(step, "courseId"));
+    auto text = [&step](const char* key) { return step.value(QLatin1String(key)).toString(); };
+    auto display = QSharedPointer<StudyActivityNoticeWidgetDisplayPod>::create(
+        text("windowTitle"), text("content"), false, false, false, QString(), false, QString(), QString(), false,
+        false, false, false, text("heading"), text("pushScenes"), text("pushBody"), false);
+    NoticeListModel::instance()->addStudyActivityNotice(pod, display);
+}
+
 } // namespace
 
 DemoHost::DemoHost(const QString& screenshotFolder, QObject* parent)
@@ -107,6 +122,15 @@ void DemoHost::registerActions(ScenarioPlayer* player)
     });
     player->addAction(QStringLiteral("contactorAdd"),
                       [](const QJsonObject&) { NoticeListModel::instance()->addContactorAddNotice(); });
+    player->addAction(QStringLiteral("studyReport"), [](const QJsonObject& step) {
+        NoticeListModel::instance()->addStudyReportNotice(idOf(step, "lessonId"));
+    });
+    player->addAction(QStringLiteral("studyActivity"), [](const QJsonObject& step) { addStudyActivity(step); });
+    player->addAction(QStringLiteral("clusterNotice"), [](const QJsonObject& step) {
+        NoticeListModel::instance()->addClusterNoticeRemindNotice(step.value(QStringLiteral("content")).toString(),
+                                                                  idOf(step, "contentId"), idOf(step, "clusterId"),
+                                                                  idOf(step, "creatorId"));
+    });
     player->addAction(QStringLiteral("advanceClock"), [](const QJsonObject& step) {
         VyrEngine::CoreEngine::instance()->advanceTime(qint64(step.value(QStringLiteral("seconds")).toDouble()));
     });

@@ -38,11 +38,24 @@ void ScenarioPlayer::addAction(const QString& name, Action action)
 
 void ScenarioPlayer::start()
 {
-    m_remaining = m_steps.size();
-    for (int i = 0; i < m_steps.size(); ++i) {
-        const int at = m_steps.at(i).toObject().value(QStringLiteral("at")).toInt();
-        QTimer::singleShot(int(at / m_speed), this, [this, i]() { runStep(i); });
+    m_clock.start();
+    scheduleStep(0);
+}
+
+// Steps run one after another in file order, each not before its own time,
+// so a slow step (a screenshot) can't let a later one overtake it.
+void ScenarioPlayer::scheduleStep(int index)
+{
+    if (index >= m_steps.size()) {
+        emit finished();
+        return;
     }
+    const int at = int(m_steps.at(index).toObject().value(QStringLiteral("at")).toInt() / m_speed);
+    const qint64 wait = qMax<qint64>(0, at - m_clock.elapsed());
+    QTimer::singleShot(int(wait), this, [this, index]() {
+        runStep(index);
+        scheduleStep(index + 1);
+    });
 }
 
 void ScenarioPlayer::runStep(int index)
@@ -55,6 +68,4 @@ void ScenarioPlayer::runStep(int index)
         qWarning() << "scenario: unknown action" << name << "in step" << index;
     else
         (*action)(step);
-    if (--m_remaining == 0)
-        emit finished();
 }

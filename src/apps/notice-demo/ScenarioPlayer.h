@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -30,11 +31,12 @@ signals:
     void finished();
 
 private:
+    void scheduleStep(int index);
     void runStep(int index);
 
     QJsonObject m_scenario;
     QJsonArray m_steps;
     QHash<QString, Action> m_actions;
     double m_speed = 1.0;
-    int m_remaining = 0;
+    QElapsedTimer m_clock;
 };

@@ -1,6 +1,7 @@
 #include "WindowActions.h"
 
 #include "GatheredNoticeHost.h"
+#include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "ScenarioPlayer.h"
 #include "ScreenshotTaker.h"
@@ -52,27 +53,39 @@ NoticeListWidget* WindowActions::windowOf(const QJsonObject& step) const
     return m_host->window(categoryOf(step));
 }
 
-QModelIndex WindowActions::rowOf(NoticeListWidget* window, const QJsonObject& step) const
+QAbstractItemView* WindowActions::viewOf(NoticeListWidget* window) const
 {
-    auto* view = window->findChild<QAbstractItemView*>(QStringLiteral("noticeListView"));
-    if (!view || !view->model())
-        return QModelIndex();
-    return view->model()->index(step.value(QStringLiteral("row")).toInt(), 0);
+    return window->findChild<QAbstractItemView*>(QStringLiteral("noticeListView"));
 }
 
-// Rows are painted, not widgets: a click on one reaches the window as the delegate's signal does.
+// A real click on the list's viewport: the row delegate tells the row from its button.
+void WindowActions::clickViewAt(const QJsonObject& step, bool onEnterButton)
+{
+    QAbstractItemView* view = viewOf(windowOf(step));
+    if (!view || !view->model()) {
+        emit said(QStringLiteral("click: no list"));
+        return;
+    }
+    const QModelIndex index = view->model()->index(step.value(QStringLiteral("row")).toInt(), 0);
+    const QRect rowRect = view->visualRect(index);
+    if (!index.isValid() || rowRect.isEmpty()) {
+        emit said(QStringLiteral("click: no such row"));
+        return;
+    }
+    const QPoint point = onEnterButton ? NoticeListViewItem::enterButtonRect(rowRect).center()
+                                       : QPoint(rowRect.left() + 20, rowRect.center().y());
+    sendMouse(view->viewport(), QEvent::MouseButtonPress, point, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(view->viewport(), QEvent::MouseButtonRelease, point, Qt::LeftButton, Qt::NoButton);
+}
+
 void WindowActions::clickRow(const QJsonObject& step)
 {
-    NoticeListWidget* window = windowOf(step);
-    const QModelIndex index = rowOf(window, step);
-    window->onClickedItem(const_cast<QAbstractItemModel*>(index.model()), index);
+    clickViewAt(step, false);
 }
 
 void WindowActions::enterClassRoom(const QJsonObject& step)
 {
-    NoticeListWidget* window = windowOf(step);
-    const QModelIndex index = rowOf(window, step);
-    window->onEnterClassRoom(const_cast<QAbstractItemModel*>(index.model()), index);
+    clickViewAt(step, true);
 }
 
 void WindowActions::closeWindow(const QJsonObject& step)

@@ -7,12 +7,13 @@
 #include <QObject>
 
 class GatheredNoticeHost;
+class QAbstractItemView;
 class NoticeListWidget;
 class ScenarioPlayer;
 class ScreenshotTaker;
 
 // Scenario actions that act on the gathered windows the way a user would:
-//   {"do": "clickRow", "category": "Lesson", "row": 0}        activate a row
+//   {"do": "clickRow", "category": "Lesson", "row": 0}        click a row (left of its button)
 //   {"do": "enterClassRoom", "category": "Lesson", "row": 0}  press a row's enter-classroom button
 //   {"do": "closeWindow", "category": "Activity"}             click the close button
 //   {"do": "hover", "category": "Lesson", "on": true}         move the pointer onto the window (or away)
@@ -35,7 +36,8 @@ signals:
 
 private:
     NoticeListWidget* windowOf(const QJsonObject& step) const;
-    QModelIndex rowOf(NoticeListWidget* window, const QJsonObject& step) const;
+    QAbstractItemView* viewOf(NoticeListWidget* window) const;
+    void clickViewAt(const QJsonObject& step, bool onEnterButton);
     void clickRow(const QJsonObject& step);
     void enterClassRoom(const QJsonObject& step);
     void closeWindow(const QJsonObject& step);
