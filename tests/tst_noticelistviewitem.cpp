@@ -1,5 +1,6 @@
 #include "AvatarManager.h"
 #include "CoreEngine.h"
+#include "ImageOp.h"
 #include "LessonNoticeText.h"
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
@@ -10,6 +11,7 @@
 #include <QListView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTextDocument>
@@ -123,6 +125,90 @@ QImage render(const NoticeListViewItem& delegate, const QModelIndex& index, QSty
     return image;
 }
 
+// As render(), with the painter's font drawing glyphs unsmoothed, so that every
+// pixel of title, time and plain body ink has exactly the pen's colour.
+QImage renderUnsmoothed(const NoticeListViewItem& delegate, const QModelIndex& index)
+{
+    QImage image(kCanvas, QImage::Format_ARGB32);
+    image.fill(kUnderlay);
+    QPainter painter(&image);
+    QFont font = painter.font();
+    font.setStyleStrategy(QFont::NoAntialias);
+    painter.setFont(font);
+    delegate.paint(&painter, optionFor(kRow), index);
+    return image;
+}
+
+// A white canvas of the same size with `draw` done on it, for comparing against the row.
+QImage reference(const std::function<void(QPainter&)>& draw)
+{
+    QImage image(kCanvas, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    draw(painter);
+    return image;
+}
+
+// The unsmoothed painter font at `pixelSize`, as the row derives its fonts from the painter's.
+QFont unsmoothedFont(int pixelSize)
+{
+    QImage scratch(1, 1, QImage::Format_ARGB32);
+    QPainter painter(&scratch);
+    QFont font = painter.font();
+    font.setStyleStrategy(QFont::NoAntialias);
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+// Pixels of `area` where the two images differ.
+int differingPixels(const QImage& a, const QImage& b, const QRect& area)
+{
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                ++count;
+        }
+    }
+    return count;
+}
+
+// The colours other than white in `area`, by name.
+QStringList inkColours(const QImage& image, const QRect& area)
+{
+    QSet<QString> names;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor colour(image.pixel(x, y));
+            if (colour != kWhite)
+                names.insert(colour.name());
+        }
+    }
+    QStringList list = names.values();
+    list.sort();
+    return list;
+}
+
+// The darkest pixel of `area`.
+QColor darkest(const QImage& image, const QRect& area)
+{
+    QRgb found = qRgb(255, 255, 255);
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (qGray(image.pixel(x, y)) < qGray(found))
+                found = image.pixel(x, y);
+        }
+    }
+    return QColor(found);
+}
+
+QFont pixelFont(int pixelSize)
+{
+    QFont font;
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
 QColor at(const QImage& image, int x, int y)
 {
     return QColor(image.pixel(x, y));
@@ -194,16 +280,24 @@ private slots:
     void sizeHintIsFixed();
     void background_data();
     void background();
+    void backgroundCornersHaveRadius8();
     void separatorInListView();
     void rowWithoutRecordPaintsBackgroundAndSeparatorOnly();
     void clusterAvatarIsDrawnRounded();
     void friendRequestAvatarIsThePicture();
+    void avatarIsThePictureRoundedAt36();
     void titleAndTimeStandApart();
+    void textColours();
+    void textFontsAndPlaces();
+    void richBodyColour();
+    void plainBodyWrapsAtWordsOrAnywhere();
     void buttonSize_data();
     void buttonSize();
     void buttonPainted_data();
     void buttonPainted();
     void bodyNarrowedByButton();
+    void bodyRightEdgeExactly_data();
+    void bodyRightEdgeExactly();
     void richBodyIsClippedToItsRectangle();
     void lessonNameSpanColoured();
     void clusterTagsShowLiterally();
@@ -217,11 +311,17 @@ private slots:
     void studyReportBody_data();
     void studyReportBody();
     void studyReportLineIsCut();
+    void studyReportLineCutWidth_data();
+    void studyReportLineCutWidth();
     void friendRequestBodyIsElided();
     void unknownTypeHasEmptyRichBody();
     void clickOnButton_data();
     void clickOnButton();
     void aheadRowHasNoButton();
+    void rowsWithoutButtonClickAnywhere_data();
+    void rowsWithoutButtonClickAnywhere();
+    void buttonRowsClickOffTheButton_data();
+    void buttonRowsClickOffTheButton();
     void clicksThatEmitNothing_data();
     void clicksThatEmitNothing();
 
@@ -300,6 +400,56 @@ void TestNoticeListViewItem::background()
         QCOMPARE(at(image, kRow.left() - 1, kRow.center().y()), kUnderlay);
         QCOMPARE(at(image, kRow.center().x(), kRow.bottom() + 1), kUnderlay);
     }
+}
+
+// The background's corners are arcs of radius 8: pixels whose centre lies outside
+// an arc by half a pixel or more keep what was underneath, those inside by as much are filled.
+void TestNoticeListViewItem::backgroundCornersHaveRadius8()
+{
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({nullptr}, this);
+    const QImage image = render(delegate, model->index(0, 0));
+    const qreal radius = 8;
+    const QRectF row(kRow);
+    const QList<QPointF> centres = {row.topLeft() + QPointF(radius, radius),
+                                    row.topRight() + QPointF(-radius, radius),
+                                    row.bottomLeft() + QPointF(radius, -radius),
+                                    row.bottomRight() + QPointF(-radius, -radius)};
+    int outside = 0;
+    int inside = 0;
+    for (const QPointF& centre : centres) {
+        // The corner square between the arc's centre and the row's corner.
+        const int left = centre.x() < row.center().x() ? kRow.left() : int(centre.x());
+        const int top = centre.y() < row.center().y() ? kRow.top() : int(centre.y());
+        for (int y = top; y < top + int(radius); ++y) {
+            for (int x = left; x < left + int(radius); ++x) {
+                const qreal distance = QLineF(centre, QPointF(x + 0.5, y + 0.5)).length();
+                const QString where = QStringLiteral("%1,%2").arg(x).arg(y);
+                if (distance > radius + 0.5) {
+                    QVERIFY2(at(image, x, y) == kUnderlay, qPrintable(where));
+                    ++outside;
+                } else if (distance < radius - 0.5) {
+                    QVERIFY2(at(image, x, y) == kWhite, qPrintable(where));
+                    ++inside;
+                }
+            }
+        }
+    }
+    QVERIFY(outside >= 4 * 6);
+    QVERIFY(inside >= 4 * 20);
+
+    // And pixel for pixel as a rounded rectangle of radius 8 fills the row.
+    QImage expected(kCanvas, QImage::Format_ARGB32);
+    expected.fill(kUnderlay);
+    QPainter painter(&expected);
+    QPainterPath path;
+    path.addRoundedRect(row, radius, radius);
+    painter.fillPath(path, kWhite);
+    painter.end();
+    const QSize corner(12, 12);
+    for (const QPoint& origin : {kRow.topLeft(), kRow.topRight() - QPoint(11, 0), kRow.bottomLeft() - QPoint(0, 11),
+                                 kRow.bottomRight() - QPoint(11, 11)})
+        QCOMPARE(differingPixels(image, expected, QRect(origin, corner)), 0);
 }
 
 // In a real list the first row has no line above it; the others have one, 8 pixels in from each side.
@@ -390,6 +540,32 @@ void TestNoticeListViewItem::friendRequestAvatarIsThePicture()
     QVERIFY(drawn != QColor(Qt::red));
 }
 
+// The avatar is the cluster's picture made 36 by 36 with rounded corners, drawn at the content's top left.
+void TestNoticeListViewItem::avatarIsThePictureRoundedAt36()
+{
+    QImage quarters(80, 80, QImage::Format_ARGB32);
+    QPainter quarterPainter(&quarters);
+    quarterPainter.fillRect(0, 0, 40, 40, Qt::red);
+    quarterPainter.fillRect(40, 0, 40, 40, Qt::blue);
+    quarterPainter.fillRect(0, 40, 40, 40, Qt::darkGreen);
+    quarterPainter.fillRect(40, 40, 40, 40, Qt::black);
+    quarterPainter.end();
+    const QPixmap picture = QPixmap::fromImage(quarters);
+    AvatarManager::instance().putClusterAvatar(kCluster, picture);
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({makeNotice(StudyReport)}, this);
+    const QImage image = render(delegate, model->index(0, 0));
+
+    const QRect icon(kRow.left() + 10, kRow.top() + 12, 36, 36);
+    const QImage expected = reference([&](QPainter& painter) {
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(icon, ImageOp::roundedRectCoursePixmap(picture, QSizeF(36, 36), 1.0));
+    });
+    QCOMPARE(differingPixels(image, expected, icon.adjusted(-2, -2, 2, 2)), 0);
+    QCOMPARE(at(image, icon.left() + 9, icon.top() + 9), QColor(Qt::red));
+    QCOMPARE(at(image, icon.right() - 9, icon.bottom() - 9), QColor(Qt::black));
+}
+
 // The title stops 46 pixels short of the content's right edge; the time stands right-aligned at that edge.
 void TestNoticeListViewItem::titleAndTimeStandApart()
 {
@@ -410,6 +586,108 @@ void TestNoticeListViewItem::titleAndTimeStandApart()
     QVERIFY(gap.width() > 0);
     QCOMPARE(countPixels(image, gap, isInk), 0);
     QVERIFY(countPixels(image, QRect(content.left() + 50, content.top(), 40, 20), isInk) > 0);
+}
+
+// Title ink is "#333333", time ink "#999999", plain body ink "#666666".
+void TestNoticeListViewItem::textColours()
+{
+    NoticeListViewItem delegate(nullptr);
+    auto notice = makeNotice(ClusterNoticeRemind);
+    notice->setTitle(QStringLiteral("Class HIL 3"));
+    notice->setDisplayContent(QStringLiteral("Homework HIL due on Friday"));
+    auto* model = rowsOf({notice}, this);
+    const QImage image = renderUnsmoothed(delegate, model->index(0, 0));
+    const QRect content = kRow.adjusted(10, 12, -10, -12);
+    const QRect title(content.left() + 50, content.top(), content.width() - 50 - 46, 20);
+    const QRect time(title.right() + 1, content.top(), 46, 20);
+    const QRect body = NoticeListViewItem::bodyRect(kRow);
+    QCOMPARE(inkColours(image, title), QStringList{QStringLiteral("#333333")});
+    QCOMPARE(inkColours(image, time), QStringList{QStringLiteral("#999999")});
+    QCOMPARE(inkColours(image, body), QStringList{QStringLiteral("#666666")});
+}
+
+// Title in 15 pixels at the title rectangle's top left, time in 12 at the content's top right
+// 2 pixels down, plain body in 14: the row matches a drawing of the same texts so placed.
+void TestNoticeListViewItem::textFontsAndPlaces()
+{
+    NoticeListViewItem delegate(nullptr);
+    auto notice = makeNotice(ClusterNoticeRemind);
+    notice->setTitle(QStringLiteral("Class HIL 3"));
+    notice->setDisplayContent(QStringLiteral("Homework HIL due on Friday"));
+    auto* model = rowsOf({notice}, this);
+    const QImage image = renderUnsmoothed(delegate, model->index(0, 0));
+    const QRect content = kRow.adjusted(10, 12, -10, -12);
+    const QRect title(content.left() + 50, content.top(), content.width() - 50 - 46, 20);
+    const QRect time(content.left(), content.top() + 2, content.width(), content.height() - 2);
+    const QRect body = NoticeListViewItem::bodyRect(kRow);
+
+    const QImage expected = reference([&](QPainter& painter) {
+        painter.setFont(unsmoothedFont(15));
+        painter.setPen(QColor(QStringLiteral("#333333")));
+        painter.drawText(title, Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Class HIL 3"));
+        painter.setFont(unsmoothedFont(12));
+        painter.setPen(QColor(QStringLiteral("#999999")));
+        painter.drawText(time, Qt::AlignRight | Qt::AlignTop, QStringLiteral("08:00"));
+        painter.setFont(unsmoothedFont(14));
+        painter.setPen(QColor(QStringLiteral("#666666")));
+        painter.drawText(body, Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Homework HIL due on Friday"));
+    });
+    const QRect band(title.left(), content.top(), content.right() - title.left() + 1, 21);
+    QVERIFY(countPixels(expected, band, isInk) > 50);
+    QCOMPARE(differingPixels(image, expected, band), 0);
+    QVERIFY(countPixels(expected, body, isInk) > 50);
+    QCOMPARE(differingPixels(image, expected, body), 0);
+}
+
+// Rich body text without a colour of its own is "#666666": its darkest, fully covered pixels have that colour.
+void TestNoticeListViewItem::richBodyColour()
+{
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({activityNotice(QStringLiteral("HIL"), QStringLiteral("IIII llll HHHH"))}, this);
+    const QImage image = render(delegate, model->index(0, 0));
+    QCOMPARE(darkest(image, NoticeListViewItem::bodyRect(kRow)).name(), QStringLiteral("#666666"));
+}
+
+// Plain body text breaks at a word boundary when it can, inside a word when a word alone is too long.
+void TestNoticeListViewItem::plainBodyWrapsAtWordsOrAnywhere()
+{
+    NoticeListViewItem delegate(nullptr);
+    const QFontMetrics metrics(pixelFont(14));
+    const QRect body = NoticeListViewItem::bodyRect(kRow);
+    const int line = metrics.lineSpacing();
+    // Up to the row's right edge: a line that did not wrap would run on there.
+    const QRect firstLine(body.left(), body.top(), kRow.right() - body.left() + 1, line);
+    const QRect secondLine(body.left(), body.top() + line, kRow.right() - body.left() + 1, line);
+
+    // A short word, then a long one that fits a line alone but not after it.
+    QString longWord;
+    while (metrics.horizontalAdvance(longWord + QLatin1Char('W')) <= body.width() - 10)
+        longWord += QLatin1Char('W');
+    const QString words = QStringLiteral("Bring ") + longWord;
+    QVERIFY(metrics.horizontalAdvance(words) > body.width() + 10);
+    auto wordsNotice = makeNotice(ClusterNoticeRemind);
+    wordsNotice->setDisplayContent(words);
+    // One word longer than a line.
+    const QString word = longWord + QStringLiteral("WWWWWW");
+    QVERIFY(metrics.horizontalAdvance(word) > body.width() + 20);
+    QVERIFY(metrics.horizontalAdvance(word) < 2 * body.width() - 20);
+    auto wordNotice = makeNotice(ClusterNoticeRemind);
+    wordNotice->setDisplayContent(word);
+    auto* model = rowsOf({wordsNotice, wordNotice}, this);
+
+    const QImage broken = render(delegate, model->index(0, 0));
+    const int bringRight = body.left() + metrics.horizontalAdvance(QStringLiteral("Bring"));
+    const int firstRight = rightmostInk(broken, firstLine);
+    QVERIFY2(firstRight <= bringRight + 1 && firstRight > bringRight - 8, qPrintable(QString::number(firstRight)));
+    const int secondRight = rightmostInk(broken, secondLine);
+    const int longRight = body.left() + metrics.horizontalAdvance(longWord);
+    QVERIFY2(secondRight <= longRight + 1 && secondRight > longRight - 8, qPrintable(QString::number(secondRight)));
+
+    const QImage cut = render(delegate, model->index(1, 0));
+    const int cutRight = rightmostInk(cut, firstLine);
+    QVERIFY2(cutRight <= body.right() && cutRight > body.right() - metrics.horizontalAdvance(QLatin1Char('W')) - 2,
+             qPrintable(QString::number(cutRight)));
+    QVERIFY(countPixels(cut, secondLine, isInk) > 20);
 }
 
 void TestNoticeListViewItem::buttonSize_data()
@@ -503,6 +781,43 @@ void TestNoticeListViewItem::bodyNarrowedByButton()
 
     const QImage ahead = render(delegate, model->index(1, 0));
     QVERIFY(rightmostInk(ahead, body) > narrowedRight + 20);
+}
+
+void TestNoticeListViewItem::bodyRightEdgeExactly_data()
+{
+    QTest::addColumn<NoticeType>("type");
+    QTest::addColumn<int>("textWidth");
+    QTest::addColumn<int>("buttonWidth");   // 0: no button
+    QTest::newRow("start, 68 wide") << LessonStart << 40 << 68;
+    QTest::newRow("prepare, 96 wide") << LessonPrepare << 68 << 96;
+    QTest::newRow("start, 96 by 48") << LessonStart << 96 << 96;
+    QTest::newRow("ahead, none") << LessonAhead << 40 << 0;
+}
+
+// The body ends exactly the button's width plus 20 left of its own right edge: a line
+// that may not wrap is cut there and nowhere else. Without a button the body keeps its edge.
+void TestNoticeListViewItem::bodyRightEdgeExactly()
+{
+    QFETCH(NoticeType, type);
+    QFETCH(int, textWidth);
+    QFETCH(int, buttonWidth);
+    const QString blocks = QStringLiteral("<p style='white-space:pre'>%1 ") + QString(120, QChar(0x2588))
+        + QStringLiteral("</p>");
+    overrideTexts({{"ID_Enter_Classroom", textOfWidth(textWidth)},
+                   {"ID_LMS_ClassStartNotice_LessonStart", blocks},
+                   {"ID_LMSClassAheadNotice_LessonWillStartAfter", QString(blocks).replace("%1", "%1%2")}});
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({makeNotice(type)}, this);
+    const QImage image = render(delegate, model->index(0, 0));
+    const QRect body = NoticeListViewItem::bodyRect(kRow);
+    const int expectedRight = buttonWidth ? body.right() - (buttonWidth + 20) : body.right();
+    if (buttonWidth)
+        QCOMPARE(NoticeListViewItem::enterButtonRect(kRow).width(), buttonWidth);
+    // The first line only: the button stands beside it, in the body's top right.
+    const QRect line(body.left(), body.top(), expectedRight - body.left() + 1 + 10, 14);
+    const QRect textArea(body.left(), body.top(), kRow.right() - body.left() + 1, 14);
+    QCOMPARE(rightmostInk(image, buttonWidth ? line : textArea), expectedRight);
+    QVERIFY(countPixels(image, QRect(expectedRight - 20, body.top() + 2, 21, 8), isInk) > 8 * 20);
 }
 
 // Rich text is drawn inside the body rectangle only, whatever its length.
@@ -711,6 +1026,55 @@ void TestNoticeListViewItem::studyReportLineIsCut()
     QVERIFY(metrics.horizontalAdvance(narrow) < metrics.horizontalAdvance(wide));
 }
 
+void TestNoticeListViewItem::studyReportLineCutWidth_data()
+{
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QString>("lessonName");
+    QTest::newRow("learner, long name") << 1 << QStringLiteral("A lesson name far too long for a hundred pixels");
+    QTest::newRow("learner, short name") << 1 << QStringLiteral("Algebra II");
+    QTest::newRow("teacher, long name") << 2 << QStringLiteral("Geometry of the plane and of space");
+}
+
+// The report's line is cut with ElideRight to twice the body width, less the cut name's
+// advance in the body font, less 15: a width chosen so that the name's advance decides.
+void TestNoticeListViewItem::studyReportLineCutWidth()
+{
+    QFETCH(int, role);
+    QFETCH(QString, lessonName);
+    NoticeListViewItem delegate(nullptr);
+    auto notice = makeNotice(StudyReport);
+    notice->setReportRole(role);
+    notice->setLessonName(lessonName);
+    const QFontMetrics metrics(pixelFont(14));
+    const bool isLearner = role == 1;
+    const QString kind = isLearner ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
+                                   : qtTrId("ID_StudyReportNotice_TeachingReport", -1);
+    const QString message = isLearner ? qtTrId("ID_StudyReportNotice_GoodJobInLesson", -1)
+                                      : qtTrId("ID_StudyReportNotice_TeachingReportOK", -1);
+    const QString line = QStringLiteral("[%1] %2").arg(kind, message);
+    const QString name = metrics.elidedText(lessonName, Qt::ElideRight, 100);
+    const int nameAdvance = metrics.horizontalAdvance(name);
+    const QString span = QStringLiteral("<span style='color: #009265;'>&nbsp;&nbsp;&quot;%1&quot;&nbsp;&nbsp;</span>")
+                             .arg(name.toHtmlEscaped());
+    auto expectedFor = [&](int bodyWidth) {
+        const QString cut = metrics.elidedText(line, Qt::ElideRight, 2 * bodyWidth - nameAdvance - 15);
+        return cut.contains(QStringLiteral("%1")) ? cut.arg(span) : cut;
+    };
+    // Half the name's advance short of the whole line, and without the name the line would fit.
+    const int bodyWidth = (metrics.horizontalAdvance(line) + 15 + nameAdvance / 2) / 2;
+    QVERIFY(metrics.elidedText(line, Qt::ElideRight, 2 * bodyWidth - 15) == line);
+    const QString expected = expectedFor(bodyWidth);
+    QVERIFY(expected.contains(QChar(0x2026)));
+    QCOMPARE(delegate.bodyText(*notice, metrics, bodyWidth).text, expected);
+    // Much narrower, the cut lands before the name, which is then left out.
+    const int beforeName = metrics.horizontalAdvance(line.left(line.indexOf(QLatin1String("%1"))));
+    const int narrow = (nameAdvance + 15 + beforeName / 2) / 2;
+    QVERIFY(!expectedFor(narrow).contains(QLatin1String("span")));
+    QCOMPARE(delegate.bodyText(*notice, metrics, narrow).text, expectedFor(narrow));
+    // Wide enough, the line stays whole.
+    QCOMPARE(delegate.bodyText(*notice, metrics, 294).text, QString(line).arg(span));
+}
+
 // The friend-request body is plain text cut to twice the body width less 15.
 void TestNoticeListViewItem::friendRequestBodyIsElided()
 {
@@ -798,6 +1162,84 @@ void TestNoticeListViewItem::aheadRowHasNoButton()
     // The button is not painted either.
     const QImage image = render(delegate, model->index(0, 0));
     QCOMPARE(countPixels(image, button, [](QRgb p) { return QColor(p) == kButton; }), 0);
+}
+
+void TestNoticeListViewItem::rowsWithoutButtonClickAnywhere_data()
+{
+    QTest::addColumn<NoticeType>("type");
+    QTest::addColumn<int>("textWidth");
+    QTest::newRow("ahead, 68 button") << LessonAhead << 40;
+    QTest::newRow("ahead, 96 button") << LessonAhead << 68;
+    QTest::newRow("ahead, 96 by 48 button") << LessonAhead << 96;
+    QTest::newRow("friend request") << ContactorAdd << 96;
+    QTest::newRow("cluster notice") << ClusterNoticeRemind << 96;
+    QTest::newRow("study report") << StudyReport << 96;
+    QTest::newRow("study activity") << StudyActivity << 96;
+}
+
+// Rows without a button (lesson ahead, and every non-lesson row) answer a left release
+// anywhere with clickedItem: at the row's corners and edges, and where a button would stand.
+void TestNoticeListViewItem::rowsWithoutButtonClickAnywhere()
+{
+    QFETCH(NoticeType, type);
+    QFETCH(int, textWidth);
+    overrideTexts({{"ID_Enter_Classroom", textOfWidth(textWidth)}});
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({type == StudyActivity ? activityNotice(QStringLiteral("Quiz"), QStringLiteral("due"))
+                                                : makeNotice(type)},
+                         this);
+    const QModelIndex index = model->index(0, 0);
+    const QRect button = NoticeListViewItem::enterButtonRect(kRow);
+    const QList<QPoint> points = {kRow.topLeft(), kRow.topRight(), kRow.bottomLeft(), kRow.bottomRight(),
+                                  QPoint(kRow.center().x(), kRow.top()), QPoint(kRow.left(), kRow.center().y()),
+                                  kRow.center(), button.center(), button.topLeft(), button.topRight(),
+                                  button.bottomLeft(), button.bottomRight()};
+    QSignalSpy clicked(&delegate, &NoticeListViewItem::clickedItem);
+    QSignalSpy enter(&delegate, &NoticeListViewItem::enterClassRoom);
+    for (int i = 0; i < points.size(); ++i) {
+        QMouseEvent release = mouse(QEvent::MouseButtonRelease, points.at(i));
+        delegate.editorEvent(&release, model, optionFor(kRow), index);
+        const QString where = QStringLiteral("%1,%2").arg(points.at(i).x()).arg(points.at(i).y());
+        QVERIFY2(clicked.count() == i + 1, qPrintable(where));
+    }
+    QCOMPARE(enter.count(), 0);
+    for (const QList<QVariant>& arguments : clicked) {
+        QCOMPARE(arguments.at(0).value<QAbstractItemModel*>(), model);
+        QCOMPARE(arguments.at(1).value<QModelIndex>(), index);
+    }
+}
+
+void TestNoticeListViewItem::buttonRowsClickOffTheButton_data()
+{
+    QTest::addColumn<NoticeType>("type");
+    QTest::addColumn<int>("textWidth");
+    QTest::newRow("prepare, 68 button") << LessonPrepare << 40;
+    QTest::newRow("start, 96 button") << LessonStart << 68;
+    QTest::newRow("start, 96 by 48 button") << LessonStart << 96;
+}
+
+// On a row with a button, a release at any of the row's corners or edges is a click on the row.
+void TestNoticeListViewItem::buttonRowsClickOffTheButton()
+{
+    QFETCH(NoticeType, type);
+    QFETCH(int, textWidth);
+    overrideTexts({{"ID_Enter_Classroom", textOfWidth(textWidth)}});
+    NoticeListViewItem delegate(nullptr);
+    auto* model = rowsOf({makeNotice(type)}, this);
+    const QModelIndex index = model->index(0, 0);
+    const QRect button = NoticeListViewItem::enterButtonRect(kRow);
+    const QList<QPoint> points = {kRow.topLeft(), kRow.topRight(), kRow.bottomLeft(), kRow.bottomRight(),
+                                  QPoint(button.center().x(), kRow.top()), QPoint(kRow.right(), button.center().y()),
+                                  QPoint(button.right() + 1, button.top()), kRow.center()};
+    QSignalSpy clicked(&delegate, &NoticeListViewItem::clickedItem);
+    QSignalSpy enter(&delegate, &NoticeListViewItem::enterClassRoom);
+    for (const QPoint& pos : points) {
+        QVERIFY(!button.contains(pos));
+        QMouseEvent release = mouse(QEvent::MouseButtonRelease, pos);
+        delegate.editorEvent(&release, model, optionFor(kRow), index);
+    }
+    QCOMPARE(clicked.count(), points.size());
+    QCOMPARE(enter.count(), 0);
 }
 
 void TestNoticeListViewItem::clicksThatEmitNothing_data()

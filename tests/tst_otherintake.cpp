@@ -36,12 +36,33 @@ QString label()
     return QStringLiteral("[%1]").arg(qtTrId("ID_Cluster_Notice_Title_Notice", -1));
 }
 
-QFontMetrics fittingMetrics()
+QFontMetrics fittingMetrics(int weight = 50)
 {
     QFont font;
     font.setPixelSize(14);
-    font.setWeight(50);
+    font.setWeight(weight);
     return QFontMetrics(font);
+}
+
+// The longest start of `text` that is at most `width` pixels wide: where a
+// line that may break between any two characters ends.
+QString longestFittingStart(const QString& text, const QFontMetrics& metrics, int width)
+{
+    int length = 0;
+    while (length < text.size() && metrics.horizontalAdvance(text.left(length + 1)) <= width)
+        ++length;
+    return text.left(length);
+}
+
+// `lead` followed by as many copies of `filler` as make the whole about one
+// and a half lines of the fitting width, in the fitting font.
+QString leadAndFiller(const QString& lead, QChar filler)
+{
+    const QFontMetrics metrics = fittingMetrics();
+    QString text = lead;
+    while (metrics.horizontalAdvance(label() + text) < kLineWidth * 3 / 2)
+        text += filler;
+    return text;
 }
 
 // A lesson with the course type set, as the report intake reads it.
@@ -81,6 +102,9 @@ private slots:
     void clusterTextFitting_data();
     void clusterTextFitting();
     void clusterTextTooLongIsCutWithEllipsis();
+    void clusterTextBreaksInsideWords_data();
+    void clusterTextBreaksInsideWords();
+    void clusterTextLastLineEllipsisInsideWord();
     void clusterBadInputFits_data();
     void clusterBadInputFits();
     void clusterNoticeFields();
@@ -168,6 +192,53 @@ void TestOtherIntake::clusterTextTooLongIsCutWithEllipsis()
     // The first line is full: the next word would not have fitted on it.
     QVERIFY(metrics.horizontalAdvance(lines.at(0) + lines.at(1).left(6)) > kLineWidth);
     QVERIFY((label() + content).startsWith(lines.at(0) + lines.at(1).chopped(1)));
+}
+
+void TestOtherIntake::clusterTextBreaksInsideWords_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::newRow("short word, long x") << leadAndFiller(QStringLiteral("ab "), QLatin1Char('x'));
+    QTest::newRow("one letter, long m") << leadAndFiller(QStringLiteral("I "), QLatin1Char('m'));
+    QTest::newRow("two words, long W") << leadAndFiller(QStringLiteral("to do "), QLatin1Char('W'));
+    QTest::newRow("no space, long e") << leadAndFiller(QString(), QLatin1Char('e'));
+}
+
+// The first line breaks between any two characters, even inside a word, where a
+// 14-pixel line of normal weight is full; the rest of the text makes the second line.
+void TestOtherIntake::clusterTextBreaksInsideWords()
+{
+    QFETCH(QString, content);
+    const QString source = label() + content;
+    const QFontMetrics metrics = fittingMetrics();
+    const QString first = longestFittingStart(source, metrics, kLineWidth);
+    const QString rest = source.mid(first.size());
+    // The case is built so that the break falls inside the long last word, the
+    // rest fits one line, and a bold or larger font would break elsewhere.
+    QVERIFY2(first.size() > source.lastIndexOf(QLatin1Char(' ')) + 1, qPrintable(first));
+    QVERIFY(metrics.horizontalAdvance(rest) <= kLineWidth);
+    QVERIFY(longestFittingStart(source, fittingMetrics(75), kLineWidth).size() != first.size());
+    QFont larger;
+    larger.setPixelSize(15);
+    QVERIFY(longestFittingStart(source, QFontMetrics(larger), kLineWidth).size() != first.size());
+
+    QCOMPARE(ClusterNoticeText::displayContent(content), first + QLatin1Char('\n') + rest);
+    model()->addClusterNoticeRemindNotice(content, 1, 2, 3);
+    QCOMPARE(noticeAt(0)->displayContent(), first + QLatin1Char('\n') + rest);
+}
+
+// When the text runs past two lines, the second line starts inside the word where
+// the first one broke, and is cut with an ellipsis at the line's width.
+void TestOtherIntake::clusterTextLastLineEllipsisInsideWord()
+{
+    const QString content = QStringLiteral("ab ") + QString(200, QLatin1Char('x'));
+    const QString source = label() + content;
+    const QFontMetrics metrics = fittingMetrics();
+    const QString first = longestFittingStart(source, metrics, kLineWidth);
+    const QString rest = source.mid(first.size());
+    QVERIFY(metrics.horizontalAdvance(rest) > kLineWidth);
+    const QString second = metrics.elidedText(rest + QStringLiteral("..."), Qt::ElideRight, kLineWidth);
+    QVERIFY(second.endsWith(kEllipsis));
+    QCOMPARE(ClusterNoticeText::displayContent(content), first + QLatin1Char('\n') + second);
 }
 
 void TestOtherIntake::clusterBadInputFits_data()
