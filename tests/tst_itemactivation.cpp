@@ -98,6 +98,7 @@ private slots:
     void clickingLastRowHidesThroughRemovalNotClosePath();
     void closeButtonPausesStartAlertsAndDeletesCategory();
     void closeLoopReadsRowsWhileHiddenBeforeDeleting();
+    void closeButtonStepsInOrder();
     void activityWindowCloseLoopEmitsNothing();
     void clickTitleLosesCountKeepsBlank_data();
     void clickTitleLosesCountKeepsBlank();
@@ -357,6 +358,47 @@ void TestItemActivation::closeLoopReadsRowsWhileHiddenBeforeDeleting()
     });
     window->onClickedCloseBtn();
     QCOMPARE(seen, (QStringList{QStringLiteral("2:0:2"), QStringLiteral("1:0:2")}));
+}
+
+// The close button, step by step: the click is tracked while the window still shows; the window is
+// hidden before noticeWidgetHidden; the pause alerts follow that signal and read the rows while the window
+// is hidden and nothing is deleted yet; the category goes last, after the timer has stopped.
+void TestItemActivation::closeButtonStepsInOrder()
+{
+    NoticeListWidget* window = makeWindow(Lesson);
+    addLesson(1, LessonStart);
+    addLesson(2, LessonPrepare);
+    QVERIFY(window->isVisible());
+    VyrTrack::instance()->clearEvents();
+    QStringList trace;
+    auto state = [window]() {
+        return QStringLiteral("visible=%1 rows=%2 timer=%3 height=%4")
+            .arg(window->isVisible())
+            .arg(NoticeListModel::instance()->getNoticeItemNum(Lesson))
+            .arg(H::closeTimer(window)->isActive())
+            .arg(H::listHeight(window));
+    };
+    // Disconnects everything below when the test ends.
+    QObject context;
+    connect(VyrTrack::instance(), &VyrTrack::tracked, &context,
+            [&trace, state](const QString& event, const QVariantMap& data) {
+                trace << QStringLiteral("%1(check_up=%2) %3")
+                             .arg(event, data.value(QStringLiteral("check_up")).toString(), state());
+            });
+    connect(window, &NoticeListWidget::noticeWidgetHidden, &context,
+            [&trace, state]() { trace << QStringLiteral("hidden ") + state(); });
+    connect(window, &NoticeListWidget::pauseLessonStartAlert, &context,
+            [&trace, state](qulonglong id) { trace << QStringLiteral("pause(%1) ").arg(id) + state(); });
+    connect(NoticeListModel::instance(), &QAbstractItemModel::modelReset, &context,
+            [&trace, state]() { trace << QStringLiteral("deleted ") + state(); });
+    window->findChild<QToolButton*>()->click();
+    QCOMPARE(trace, (QStringList{
+                        QStringLiteral("PushClick(check_up=false) visible=1 rows=2 timer=1 height=176"),
+                        QStringLiteral("hidden visible=0 rows=2 timer=1 height=176"),
+                        QStringLiteral("pause(2) visible=0 rows=2 timer=1 height=176"),
+                        QStringLiteral("pause(1) visible=0 rows=2 timer=1 height=176"),
+                        QStringLiteral("deleted visible=0 rows=0 timer=0 height=0"),
+                    }));
 }
 
 // In the Activity window the loop emits nothing: its rows are never of types 3 or 4.

@@ -14,6 +14,7 @@ class TestKitWidgets : public QObject
 private slots:
     void timerStartsFullInterval();
     void timerPauseKeepsRemainderAndResumeGoesOn();
+    void pausedTimerDoesNotFireWhileTimePasses();
     void timerResetElapsedWhilePausedGivesFullInterval();
     void timerStopEndsCountAndPausedState();
     void timerPauseOrResumeWhenIdleDoesNothing();
@@ -63,6 +64,40 @@ void TestKitWidgets::timerPauseKeepsRemainderAndResumeGoesOn()
     QVERIFY(timer.isActive());
     QVERIFY(timer.remainingTime() <= kept);
     QVERIFY(timer.remainingTime() > kept - 20);
+}
+
+// A paused count really stands still: three times what remained passes without a timeout, and after
+// resume() the count runs out with what it kept.
+void TestKitWidgets::pausedTimerDoesNotFireWhileTimePasses()
+{
+    VyrPauseableTimer timer;
+    timer.setSingleShot(true);
+    timer.setInterval(50);
+    QSignalSpy timeout(&timer, &VyrPauseableTimer::timeout);
+    timer.start();
+    timer.pause();
+    QVERIFY(timer.isPaused());
+    const int kept = timer.remainingTime();
+    QVERIFY(kept > 40 && kept <= 50);
+    QElapsedTimer clock;
+    clock.start();
+    QTest::qWait(150);
+    QVERIFY(clock.elapsed() >= 150);
+    QCOMPARE(timeout.count(), 0);
+    QVERIFY(timer.isPaused());
+    QVERIFY(!timer.isActive());
+    QCOMPARE(timer.remainingTime(), kept);
+
+    qint64 firedAfter = -1;
+    connect(&timer, &VyrPauseableTimer::timeout, &timer, [&firedAfter, &clock]() { firedAfter = clock.elapsed(); });
+    clock.restart();
+    timer.resume();
+    QVERIFY(timer.isActive());
+    QVERIFY(timer.remainingTime() > kept - 20);
+    QTRY_COMPARE_WITH_TIMEOUT(timeout.count(), 1, 2000);
+    // Not before what was kept has run.
+    QVERIFY2(firedAfter >= kept - 5, qPrintable(QStringLiteral("%1 ms").arg(firedAfter)));
+    QVERIFY(!timer.isActive());
 }
 
 // resetElapsedTime() while paused: resume runs the full interval.

@@ -1,6 +1,7 @@
 #include "CoreEngine.h"
 #include "LogCapture.h"
 #include "NoticeListModel.h"
+#include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "NoticeWindowHarness.h"
 #include "ScreenCorner.h"
@@ -11,6 +12,7 @@
 #include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QStandardItemModel>
 #include <QListView>
 #include <QToolButton>
@@ -63,8 +65,13 @@ private slots:
     void listViewSettings();
     void titleCountsOnlyThisCategoryAfterFilter();
     void proxyKeepsCategoryNewestFirst();
+    void proxyKeepsSourceOrderForEqualTimes();
+    void proxyComparesTimesUnsigned();
     void proxyDropsNullRecordsAndLessThanTreatsThemAsNotLess();
+    void typeOutsideLessonRangeBelongsToActivity_data();
     void typeOutsideLessonRangeBelongsToActivity();
+    void delegateTakesChinaFormFromWindowCountry_data();
+    void delegateTakesChinaFormFromWindowCountry();
     void onlyLessonWindowListensToLessonUpdates();
     void paintDrawsShadowAroundWhitePanel();
     void mouseMoveComparesWithoutMapping_data();
@@ -288,9 +295,21 @@ void TestNoticeListWidget::proxyDropsNullRecordsAndLessThanTreatsThemAsNotLess()
     QVERIFY(!probe.lessThan(withRecord, withRecord));
 }
 
-// A row of a type outside 2 to 4 (here a lesson row turned to type 7 by an update) is an Activity row.
+// A row of a type outside 2 to 4 is an Activity row: here a lesson row turned by an in-place update to
+// another kind, to a kind no notice has, or to the unset type.
+void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("unset") << -1;
+    QTest::newRow("friend") << int(ContactorAdd);
+    QTest::newRow("report") << int(StudyReport);
+    QTest::newRow("activity") << int(StudyActivity);
+    QTest::newRow("unknown") << 7;
+}
+
 void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity()
 {
+    QFETCH(int, type);
     NoticeListWidget* window = makeWindow(Activity);
     m_other.reset(new NoticeListWidget(Lesson));
     TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
@@ -298,11 +317,104 @@ void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity()
     TestKit::settle();
     QCOMPARE(proxyOf(m_other.get())->rowCount(), 1);
     QCOMPARE(proxyOf(window)->rowCount(), 0);
-    NoticeListModel::instance()->addLessonNotice(NoticeType(7), 1);
+    NoticeListModel::instance()->addLessonNotice(NoticeType(type), 1);
     TestKit::settle();
+    QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
     QCOMPARE(proxyOf(m_other.get())->rowCount(), 0);
     QCOMPARE(proxyOf(window)->rowCount(), 1);
-    QCOMPARE(int(noticeAt(proxyOf(window), 0)->type()), 7);
+    QCOMPARE(int(noticeAt(proxyOf(window), 0)->type()), type);
+    QCOMPARE(noticeAt(proxyOf(window), 0)->lessonId(), quint64(1));
+}
+
+// Notices of the same second keep the order in which they came, between older and newer ones.
+void TestNoticeListWidget::proxyKeepsSourceOrderForEqualTimes()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    QAbstractItemModel* proxy = proxyOf(window);
+    new QAbstractItemModelTester(proxy, QAbstractItemModelTester::FailureReportingMode::QtTest, this);
+    auto* core = CoreEngine::instance();
+    auto add = [](quint64 contentId) {
+        NoticeListModel::instance()->addClusterNoticeRemindNotice(QStringLiteral("n%1").arg(contentId), contentId,
+                                                                  900, 1);
+    };
+    // Times: 1 and 2 at t, 3, 4 and 5 at t + 60, 6 at t + 120, 7 at t + 60 again (the clock set back).
+    add(1);
+    add(2);
+    core->advanceTime(60);
+    add(3);
+    add(4);
+    add(5);
+    core->advanceTime(60);
+    add(6);
+    core->advanceTime(-60);
+    add(7);
+    QStringList order;
+    for (int row = 0; row < proxy->rowCount(); ++row)
+        order << QString::number(noticeAt(proxy, row)->contentId());
+    QCOMPARE(order.join(QLatin1Char(' ')), QStringLiteral("6 3 4 5 7 1 2"));
+}
+
+// Times are compared as unsigned 32-bit numbers: those past 2^31 are newer than those below it.
+void TestNoticeListWidget::proxyComparesTimesUnsigned()
+{
+    NoticeListWidget* window = makeWindow(Activity);
+    QAbstractItemModel* proxy = proxyOf(window);
+    auto* core = CoreEngine::instance();
+    const QList<qint64> times = {Q_INT64_C(2147483648) + 5,  // 2^31 + 5
+                                 Q_INT64_C(2147483647) - 10, // below 2^31
+                                 Q_INT64_C(4294967295),      // 2^32 - 1
+                                 Q_INT64_C(3000000000)};
+    quint64 contentId = 0;
+    for (qint64 time : times) {
+        core->setCurrentTime(time);
+        NoticeListModel::instance()->addClusterNoticeRemindNotice(QStringLiteral("n"), ++contentId, 900, 1);
+    }
+    QCOMPARE(proxy->rowCount(), 4);
+    QList<quint32> shown;
+    for (int row = 0; row < proxy->rowCount(); ++row)
+        shown << noticeAt(proxy, row)->time();
+    QCOMPARE(shown, (QList<quint32>{4294967295u, 3000000000u, 2147483653u, 2147483637u}));
+    QCOMPARE(noticeAt(proxy, 0)->contentId(), quint64(3));
+    QCOMPARE(noticeAt(proxy, 3)->contentId(), quint64(2));
+}
+
+// The row delegate takes the Chinese form of a lesson's name (a non-breaking space) in a window whose
+// locale's country is China, and quotation marks anywhere else, whatever the language.
+void TestNoticeListWidget::delegateTakesChinaFormFromWindowCountry_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<bool>("china");
+    QTest::newRow("zh_CN") << QLocale(QLocale::Chinese, QLocale::China) << true;
+    QTest::newRow("zh_TW") << QLocale(QLocale::Chinese, QLocale::Taiwan) << false;
+    QTest::newRow("en_US") << QLocale(QLocale::English, QLocale::UnitedStates) << false;
+    QTest::newRow("en_GB") << QLocale(QLocale::English, QLocale::UnitedKingdom) << false;
+}
+
+void TestNoticeListWidget::delegateTakesChinaFormFromWindowCountry()
+{
+    QFETCH(QLocale, locale);
+    QFETCH(bool, china);
+    const QLocale before;
+    const auto restore = qScopeGuard([before]() { QLocale::setDefault(before); });
+    QLocale::setDefault(locale);
+    NoticeListWidget* window = makeWindow(Lesson);
+    QCOMPARE(window->locale().country(), locale.country());
+    QLocale::setDefault(before);
+
+    TestKit::putLesson(1, QStringLiteral("Algebra"), 1800000000 + 600);
+    NoticeListModel::instance()->addLessonNotice(LessonAhead, 1);
+    TestKit::settle();
+    QAbstractItemModel* proxy = proxyOf(window);
+    QCOMPARE(proxy->rowCount(), 1);
+    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    auto* delegate = qobject_cast<NoticeListViewItem*>(view->itemDelegate());
+    QVERIFY(delegate);
+    const QFontMetrics metrics(view->font());
+    const QString html = delegate->bodyText(*noticeAt(proxy, 0), metrics, 294).text;
+    const QString spaced = QStringLiteral("&nbsp;Algebra</span>");
+    const QString quoted = QStringLiteral("&quot;Algebra&quot;</span>");
+    QVERIFY2(html.contains(china ? spaced : quoted), qPrintable(html));
+    QVERIFY2(!html.contains(china ? quoted : spaced), qPrintable(html));
 }
 
 // Only the Lesson window restarts its hold time on lessonNoticeUpdated.
