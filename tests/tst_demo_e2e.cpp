@@ -36,9 +36,7 @@ void TestDemoEndToEnd::initTestCase()
 {
     QVERIFY(m_dir.isValid());
     QProcess demo;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    demo.setProcessEnvironment(env);
+    // The demo inherits the platform that CTest gives this test.
     demo.setProcessChannelMode(QProcess::SeparateChannels);
     const QString trackLog = m_dir.filePath(QStringLiteral("track.jsonl"));
     demo.start(QStringLiteral(NOTICE_DEMO_PATH),
