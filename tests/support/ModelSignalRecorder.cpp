@@ -15,12 +15,12 @@ QString categoryName(VyrEngine::NoticeCategory category)
 
 ModelSignalRecorder::ModelSignalRecorder(NoticeListModel* model)
 {
-    connect(model, &QAbstractItemModel::modelReset, this, [this]() { m_events << QStringLiteral("reset"); });
+    connect(model, &QAbstractItemModel::modelReset, this, [this]() { record(QStringLiteral("reset")); });
     connect(model, &NoticeListModel::popupNoticeListWidget, this, [this](VyrEngine::NoticeCategory c) {
-        m_events << QStringLiteral("popup(%1)").arg(categoryName(c));
+        record(QStringLiteral("popup(%1)").arg(categoryName(c)));
     });
     connect(model, &NoticeListModel::removeNoticeListItem, this, [this](VyrEngine::NoticeCategory c) {
-        m_events << QStringLiteral("remove(%1)").arg(categoryName(c));
+        record(QStringLiteral("remove(%1)").arg(categoryName(c)));
     });
-    connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { m_events << QStringLiteral("updated"); });
+    connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { record(QStringLiteral("updated")); });
 }

@@ -5,9 +5,9 @@
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 
 WindowSignalRecorder::WindowSignalRecorder(NoticeListWidget* window)
-    : QObject(window)
+    : SignalRecorder(window)
 {
-    auto add = [this](const QString& event) { m_events.append(event); };
+    auto add = [this](const QString& event) { record(event); };
     connect(window, &NoticeListWidget::viewFriendRequestDetails, this, [add]() { add(QStringLiteral("friend")); });
     connect(window, &NoticeListWidget::viewClusterNoticeDetails, this,
             [add](qulonglong id) { add(QStringLiteral("cluster(%1)").arg(id)); });
