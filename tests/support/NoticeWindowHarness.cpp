@@ -13,7 +13,7 @@
 
 namespace NoticeWindowHarness {
 
-void useTestScreen(int taskbarEdge)
+void useTestScreen(TaskbarEdge taskbarEdge)
 {
     ScreenCorner::Screen screen;
     screen.taskbarEdge = taskbarEdge;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GatherNotice.h"
+#include "TaskbarEdge.h"
 
 #include <QObject>
 #include <QPoint>
@@ -14,7 +15,7 @@ class VyrPauseableTimer;
 namespace NoticeWindowHarness {
 
 // The simulated screen of the window tests: 800 x 600 with a 40-pixel taskbar at the bottom.
-void useTestScreen(int taskbarEdge = 3);
+void useTestScreen(TaskbarEdge taskbarEdge = TaskbarEdge::Bottom);
 
 VyrPauseableTimer* closeTimer(NoticeListWidget* window);
 // "m_popAnimation", "m_posAnimation" or "m_opacityAnimation"; null when not running.

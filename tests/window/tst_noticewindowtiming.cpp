@@ -326,7 +326,7 @@ void TestNoticeWindowTiming::cornerForEachTaskbarEdge()
     QFETCH(QRect, available);
     QFETCH(int, offset);
     QFETCH(QPoint, expected);
-    ScreenCorner::setOverride({edge, geometry, available});
+    ScreenCorner::setOverride({static_cast<TaskbarEdge>(edge), geometry, available});
     NoticeListWidget* window = makeWindow();
     addNotices(window, 1);
     window->popNoticeListWidget(offset);
@@ -350,7 +350,7 @@ void TestNoticeWindowTiming::unknownEdgeKeepsLastPopPositionAndMovesToNullPoint(
     window->popNoticeListWidget(0);
     const QPoint corner = window->pos();
     QCOMPARE(corner, QPoint(376, 382));
-    ScreenCorner::setOverride({7, QRect(0, 0, 1000, 700), QRect(0, 0, 1000, 700)});
+    ScreenCorner::setOverride({static_cast<TaskbarEdge>(7), QRect(0, 0, 1000, 700), QRect(0, 0, 1000, 700)});
     window->move(5, 5);
     window->popNoticeListWidget(0);
     QCOMPARE(window->pos(), corner);
@@ -366,7 +366,7 @@ void TestNoticeWindowTiming::primaryScreenIsUsedWithoutOverride()
     QCOMPARE(screen.geometry, QGuiApplication::primaryScreen()->geometry());
     QCOMPARE(screen.availableGeometry, QGuiApplication::primaryScreen()->availableGeometry());
     // The offscreen screen has no taskbar: the edge reads as bottom.
-    QCOMPARE(screen.taskbarEdge, 3);
+    QCOMPARE(screen.taskbarEdge, TaskbarEdge::Bottom);
     NoticeListWidget* window = makeWindow();
     addNotices(window, 1);
     window->popNoticeListWidget(0);

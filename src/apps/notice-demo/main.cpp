@@ -34,7 +34,7 @@ bool simulateScreen(const QString& size, const QString& edge)
     if (!match.hasMatch() || edgeCode < 0)
         return false;
     ScreenCorner::Screen screen;
-    screen.taskbarEdge = edgeCode;
+    screen.taskbarEdge = static_cast<TaskbarEdge>(edgeCode);
     screen.geometry = QRect(0, 0, match.captured(1).toInt(), match.captured(2).toInt());
     const int bar = 40;
     const QMargins taken[] = {{bar, 0, 0, 0}, {0, bar, 0, 0}, {0, 0, bar, 0}, {0, 0, 0, bar}};

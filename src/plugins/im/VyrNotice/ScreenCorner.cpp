@@ -1,6 +1,6 @@
 #include "ScreenCorner.h"
 
-#include "TaskbarEdge.h"
+#include "TaskbarEdge_p.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -26,16 +26,16 @@ ScreenCorner::Screen ScreenCorner::current()
 bool ScreenCorner::screenLengths(const Screen& screen, int* screenWidth, int* screenHeight)
 {
     switch (screen.taskbarEdge) {
-    case 0: // left
+    case TaskbarEdge::Left:
         *screenWidth = screen.geometry.width();
         *screenHeight = screen.availableGeometry.height();
         return true;
-    case 1: // top
+    case TaskbarEdge::Top:
         *screenWidth = screen.availableGeometry.width();
         *screenHeight = screen.geometry.height();
         return true;
-    case 2: // right
-    case 3: // bottom
+    case TaskbarEdge::Right:
+    case TaskbarEdge::Bottom:
         *screenWidth = screen.availableGeometry.width();
         *screenHeight = screen.availableGeometry.height();
         return true;

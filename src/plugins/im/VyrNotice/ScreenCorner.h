@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TaskbarEdge.h"
 #include "VyrNoticeExport.h"
 
 #include <QRect>
@@ -7,7 +8,7 @@
 // Where the notice windows sit: the bottom right corner of the work area,
 // measured with the lengths that the taskbar's edge selects.
 //
-// current() asks queryTaskbarEdge() and the primary screen. A host that
+// current() asks the system for the taskbar's edge and the primary screen. A host that
 // simulates a screen (a test, a demo) can put its own edge and rectangles in
 // their place with setOverride() until clearOverride().
 class VYRNOTICE_EXPORT ScreenCorner
@@ -15,7 +16,7 @@ class VYRNOTICE_EXPORT ScreenCorner
 public:
     struct Screen
     {
-        int taskbarEdge = 3;
+        TaskbarEdge taskbarEdge = TaskbarEdge::Bottom;
         QRect geometry;
         QRect availableGeometry;
     };

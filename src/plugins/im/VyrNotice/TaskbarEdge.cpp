@@ -1,4 +1,4 @@
-#include "TaskbarEdge.h"
+#include "TaskbarEdge_p.h"
 
 #if defined(_WIN32)
 
@@ -9,13 +9,13 @@
 static_assert(sizeof(APPBARDATA) == 48, "the shell expects a 48-byte APPBARDATA on 64-bit Windows");
 #endif
 
-int queryTaskbarEdge()
+TaskbarEdge queryTaskbarEdge()
 {
     APPBARDATA data = {};
     data.cbSize = sizeof(APPBARDATA);
     // The result is not looked at: a failed query leaves uEdge 0, read as a taskbar on the left.
     SHAppBarMessage(ABM_GETTASKBARPOS, &data);
-    return int(data.uEdge);
+    return static_cast<TaskbarEdge>(data.uEdge);
 }
 
 #else
@@ -24,21 +24,20 @@ int queryTaskbarEdge()
 #include <QRect>
 #include <QScreen>
 
-int queryTaskbarEdge()
+TaskbarEdge queryTaskbarEdge()
 {
-    enum { Left = 0, Top = 1, Right = 2, Bottom = 3 };
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (!screen)
-        return Bottom;
+        return TaskbarEdge::Bottom;
     const QRect whole = screen->geometry();
     const QRect available = screen->availableGeometry();
     if (available.left() > whole.left())
-        return Left;
+        return TaskbarEdge::Left;
     if (available.top() > whole.top())
-        return Top;
+        return TaskbarEdge::Top;
     if (available.right() < whole.right())
-        return Right;
-    return Bottom;
+        return TaskbarEdge::Right;
+    return TaskbarEdge::Bottom;
 }
 
 #endif

@@ -1,10 +1,13 @@
 #pragma once
 
-// The screen edge that the taskbar stands at, in the shell's numbering:
-// 0 left, 1 top, 2 right, 3 bottom.
+// The screen edge that the taskbar stands at, numbered as the Windows shell
+// numbers it (ABE_LEFT, ABE_TOP, ABE_RIGHT, ABE_BOTTOM). A value outside the
+// four can come from the shell and is handled by whoever reads it.
 //
-// On Windows the shell is asked; elsewhere the edge is derived from the
-// primary screen's geometry against its available geometry (bottom when
-// nothing is taken from the screen). Plain C++ on purpose: the Windows
-// branch needs nothing but <windows.h>.
-int queryTaskbarEdge();
+// Plain C++ on purpose: the Windows query includes nothing but <windows.h>.
+enum class TaskbarEdge : int {
+    Left = 0,
+    Top = 1,
+    Right = 2,
+    Bottom = 3,
+};
