@@ -1,11 +1,12 @@
 #pragma once
 
+#include "VyrNoticeExport.h"
 #include <QString>
 
 // The body of a cluster notice row: the notice text broken into at most two
 // lines of the row's width. The row draws it as it stands, so the breaks are
 // settled once, when the notice is taken in.
-class ClusterNoticeText
+class VYRNOTICE_TESTS_EXPORT ClusterNoticeText
 {
 public:
     static constexpr int MaxLines = 2;

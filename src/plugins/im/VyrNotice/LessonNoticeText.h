@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VyrNoticeExport.h"
 #include "GatherNotice.h"
 
 #include <QString>
@@ -7,7 +8,7 @@
 // The words of a lesson notice, shared by the painted row and the tracking
 // event. `nameArg` goes into the template as given: the row passes a styled
 // span, tracking passes the bare name.
-class LessonNoticeText
+class VYRNOTICE_TESTS_EXPORT LessonNoticeText
 {
 public:
     // Seconds left at or under which the text counts minutes instead of showing the start time.

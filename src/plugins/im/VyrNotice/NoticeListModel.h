@@ -64,7 +64,7 @@ private:
 
 // The rows of one category, newest first. Sorting is dynamic, so every reset
 // of the source re-sorts the window.
-class NoticeListSortFilterModel : public QSortFilterProxyModel
+class VYRNOTICE_TESTS_EXPORT NoticeListSortFilterModel : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VyrNoticeExport.h"
 #include "GatherNotice.h"
 
 #include <QStyledItemDelegate>
@@ -13,7 +14,7 @@ class QFontMetrics;
 // hold no widgets: the button is a painted rectangle that a click is tested
 // against anew. The body text is built at each paint, so a lesson's minutes
 // are current whenever the row repaints.
-class NoticeListViewItem : public QStyledItemDelegate
+class VYRNOTICE_TESTS_EXPORT NoticeListViewItem : public QStyledItemDelegate
 {
     Q_OBJECT
 public:
