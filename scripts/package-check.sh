@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Builds the library as a product (no tests, no benchmarks), installs it into
+# a temporary prefix, builds the example host against the installed package
+# and runs it offscreen. Also checks that the product library exports no
+# internal class.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+
+bash scripts/setup-deps.sh
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+prefix="$work/prefix"
+
+cmake -S . -B build-product -DVYR_BUILD_TESTS=OFF -DVYR_BUILD_DEMO=ON -DVYR_BUILD_BENCH=OFF >/dev/null
+cmake --build build-product -j"$(nproc)"
+cmake --install build-product --prefix "$prefix" >/dev/null
+echo "package-check: installed into $prefix"
+
+# Internal classes stay hidden in a product build.
+internal='NoticeListViewItem|NoticeListSortFilterModel|LessonNoticeText|ClusterNoticeText'
+if nm -DC --defined-only "$prefix/lib/libVyrNotice.so" | grep -E "($internal)::" >/dev/null; then
+  echo "package-check: FAIL: the product library exports internal classes:" >&2
+  nm -DC --defined-only "$prefix/lib/libVyrNotice.so" | grep -E "($internal)::" | head >&2
+  exit 1
+fi
+echo "package-check: no internal class exported"
+
+cmake -S examples/minimal-host -B "$work/example" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/example" -j"$(nproc)"
+QT_QPA_PLATFORM=offscreen LANG=C.UTF-8 "$work/example/minimal-host" 2>"$work/example.log" | tee "$work/example.out"
+grep -q "window visible: yes" "$work/example.out"
+echo "package-check: the example host built against the installed package and ran"
