@@ -6,33 +6,17 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "CourseEngine.h"
+#include "FutureObserver_p.h"
 #include "LessonNoticeText.h"
 #include "Model.h"
-#include "VyrTrack.h"
+#include "PushTracking_p.h"
 #include "VyrUtils.h"
 
 #include <QDebug>
-#include <QFutureWatcher>
-#include <QUuid>
 
 NoticeListModel* NoticeListModel::m_pInstance = nullptr;
 
 namespace {
-
-// Runs `completion` with the future's result on the GUI thread, in `context`'s
-// lifetime: not at all if the future is cancelled or `context` dies first.
-template <typename T, typename Completion>
-void observeFuture(QObject* context, const QFuture<T>& future, Completion completion)
-{
-    auto* watcher = new QFutureWatcher<T>(context);
-    QObject::connect(watcher, &QFutureWatcherBase::finished, context, [watcher, completion]() {
-        watcher->deleteLater();
-        if (watcher->isCanceled() || watcher->future().resultCount() < 1)
-            return;
-        completion(watcher->result());
-    });
-    watcher->setFuture(future);
-}
 
 // The cluster of a lesson's course, or, failing that, of the classroom the user is in.
 std::shared_ptr<VyrEngine::ClusterInfo> findLessonCluster(quint64 courseId)
@@ -319,11 +303,8 @@ void NoticeListModel::trackPushMessage(VyrEngine::GatherNoticePtr notice)
                                                 VyrEngine::CoreEngine::instance()->currentTime());
     QMap<QString, QVariant> data;
     data.insert(QStringLiteral("push_body"), body);
-    data.insert(QStringLiteral("push_scenes"), QStringLiteral("上课通知"));
-    data.insert(QStringLiteral("push_id"), QUuid::createUuid().toString());
-    data.insert(QStringLiteral("push_title"), qtTrId("ID_ClassAheadNotice_LessonNotice", -1));
-    data.insert(QStringLiteral("app_scene"), QStringLiteral("前台唤起"));
-    VyrTrack::instance()->track(QStringLiteral("PushSend"), data);
+    data.insert(QStringLiteral("push_scenes"), PushTracking::LessonScene);
+    PushTracking::send(PushTracking::PushSend, data, qtTrId("ID_ClassAheadNotice_LessonNotice", -1));
 }
 
 void NoticeListModel::delNotice(const QModelIndex& index)

@@ -5,6 +5,8 @@
 #include "CoreEngine.h"
 #include "ImageOp.h"
 #include "LessonNoticeText.h"
+#include "NameSpan_p.h"
+#include "NoticeRowMetrics_p.h"
 #include "VyrUtils.h"
 #include "VyrUtilsHelper.h"
 
@@ -16,7 +18,7 @@
 
 namespace {
 
-const QSize kRowSize(328, 88);
+const QSize kRowSize(NoticeRowMetrics::Width, NoticeRowMetrics::Height);
 const qreal kCornerRadius = 8;
 const int kSeparatorInset = 8;
 const QColor kSeparatorColor(242, 242, 242, 255);
@@ -26,7 +28,7 @@ const int kTitleRightGap = 46;    // leaves room for the time
 const int kTitleHeight = 20;
 const int kTimeTop = 2;
 const int kBodyTop = 22;
-const int kNameWidth = 100;
+const int kNameWidth = NameSpan::NameWidth;
 const int kElideSlack = 15;
 const int kButtonFontPixelSize = 12;
 const int kButtonGap = 20;
@@ -69,8 +71,7 @@ QString studyReportBody(const VyrEngine::GatherNotice& notice, const QFontMetric
     const QString line = metrics.elidedText(QStringLiteral("[%1] %2").arg(kind, message), Qt::ElideRight,
                                             2 * bodyWidth - metrics.horizontalAdvance(name) - kElideSlack);
     // Reports use this span whatever the locale (intended).
-    const QString span = QStringLiteral("<span style='color: #009265;'>&nbsp;&nbsp;&quot;%1&quot;&nbsp;&nbsp;</span>")
-                             .arg(VyrUtils::escapeHtmlTag(name, false));
+    const QString span = NameSpan::padded(VyrUtils::escapeHtmlTag(name, false));
     // A cut that took the placeholder away drops the name; spare arg() its warning.
     return line.contains(QLatin1String("%1")) ? line.arg(span) : line;
 }
@@ -257,9 +258,7 @@ NoticeListViewItem::BodyText NoticeListViewItem::bodyText(const VyrEngine::Gathe
 
 QString NoticeListViewItem::lessonNameSpan(const QString& lessonName, const QFontMetrics& bodyMetrics) const
 {
-    const QString form = m_isChinaLocale ? QStringLiteral("<span style='color: #009265;'>&nbsp;%1</span>")
-                                         : QStringLiteral("<span style='color: #009265;'>&quot;%1&quot;</span>");
-    return form.arg(VyrUtils::escapeHtmlTag(bodyMetrics.elidedText(lessonName, Qt::ElideRight, kNameWidth)));
+    return NameSpan::quoted(NameSpan::elidedEscaped(lessonName, bodyMetrics, kNameWidth), m_isChinaLocale);
 }
 
 void NoticeListViewItem::paintEnterButton(QPainter* painter, const QRect& buttonRect)

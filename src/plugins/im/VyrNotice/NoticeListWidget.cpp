@@ -3,11 +3,13 @@
 #include "GlobalStyle.h"
 #include "Movable.h"
 #include "NoticeListModel.h"
+#include "NameSpan_p.h"
 #include "NoticeListViewItem.h"
+#include "NoticeRowMetrics_p.h"
+#include "PushTracking_p.h"
 #include "ScreenCorner.h"
 #include "VyrListView.h"
 #include "VyrPauseableTimer.h"
-#include "VyrTrack.h"
 
 #include <QAccessible>
 #include <QCursor>
@@ -20,7 +22,6 @@
 #include <QPropertyAnimation>
 #include <QRegularExpression>
 #include <QToolButton>
-#include <QUuid>
 #include <QVBoxLayout>
 #include <QtMath>
 #include <optional>
@@ -30,8 +31,8 @@ const QMargins NoticeListWidget::s_shadowMargins(20, 20, 20, 20);
 
 namespace {
 
-constexpr int kRowHeight = 88;
-constexpr int kHalfRowHeight = 44;
+constexpr int kRowHeight = NoticeRowMetrics::Height;
+constexpr int kHalfRowHeight = NoticeRowMetrics::Height / 2;
 // Title panel, gap and list margin as the window counts them. The layout asks
 // for 54; the fixed height wins, and that is intended.
 constexpr int kChromeHeight = 50;
@@ -167,7 +168,7 @@ QWidget* NoticeListWidget::createTitleWidget()
 QWidget* NoticeListWidget::createListWidget()
 {
     auto* delegate = new NoticeListViewItem(this);
-    delegate->setChinaLocale(locale().country() == QLocale::China);
+    delegate->setChinaLocale(NameSpan::isChina(locale()));
 
     m_sortFilterModel = new NoticeListSortFilterModel(NoticeListModel::instance(), m_noticeCategory, this);
 
@@ -514,11 +515,7 @@ void NoticeListWidget::trackClickPushMessage(QMap<QString, QVariant>& data)
 {
     // Takes out the row count, so that every click of a category reports one title.
     static const QRegularExpression count(QStringLiteral("\\([^()]*\\)"));
-    QMap<QString, QVariant> event = data;
     QString title = m_titleLabel->text();
     title.replace(count, QString());
-    event.insert(QStringLiteral("push_id"), QUuid::createUuid().toString());
-    event.insert(QStringLiteral("push_title"), title);
-    event.insert(QStringLiteral("app_scene"), QStringLiteral("前台唤起"));
-    VyrTrack::instance()->track(QStringLiteral("PushClick"), event);
+    PushTracking::send(PushTracking::PushClick, data, title);
 }
