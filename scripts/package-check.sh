@@ -13,7 +13,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix="$work/prefix"
 
-cmake -S . -B build-product -DVYR_BUILD_TESTS=OFF -DVYR_BUILD_DEMO=ON -DVYR_BUILD_BENCH=OFF >/dev/null
+cmake -S . -B build-product -DVYR_BUILD_TESTS=OFF -DVYR_BUILD_DEMO=OFF -DVYR_BUILD_BENCH=OFF >/dev/null
 cmake --build build-product -j"$(nproc)"
 cmake --install build-product --prefix "$prefix" >/dev/null
 echo "package-check: installed into $prefix"
@@ -32,3 +32,20 @@ cmake --build "$work/example" -j"$(nproc)"
 QT_QPA_PLATFORM=offscreen LANG=C.UTF-8 "$work/example/minimal-host" 2>"$work/example.log" | tee "$work/example.out"
 grep -q "window visible: yes" "$work/example.out"
 echo "package-check: the example host built against the installed package and ran"
+
+# The same host with the source tree added through add_subdirectory(): only
+# the libraries are built, and the host's build type is not forced.
+cmake -S examples/subdirectory-host -B "$work/subdirectory" >/dev/null
+if grep -q '^CMAKE_BUILD_TYPE:STRING=.\+' "$work/subdirectory/CMakeCache.txt"; then
+  echo "package-check: FAIL: added as a subdirectory, VyrNotice forced a build type" >&2
+  exit 1
+fi
+if cmake --build "$work/subdirectory" --target help | grep -E 'tst_|notice-demo|bench_'; then
+  echo "package-check: FAIL: added as a subdirectory, VyrNotice builds tests, demo or benchmarks" >&2
+  exit 1
+fi
+cmake --build "$work/subdirectory" -j"$(nproc)" --target subdirectory-host
+QT_QPA_PLATFORM=offscreen LANG=C.UTF-8 "$work/subdirectory/subdirectory-host" 2>"$work/subdirectory.log" \
+  | tee "$work/subdirectory.out"
+grep -q "window visible: yes" "$work/subdirectory.out"
+echo "package-check: the example host built with VyrNotice as a subdirectory and ran"
