@@ -27,6 +27,19 @@ if nm -DC --defined-only "$prefix/lib/libVyrNotice.so" | grep -E "($internal)::"
 fi
 echo "package-check: no internal class exported"
 
+# Every installed header compiles on its own, with nothing but Qt and the
+# installed include folders, and includes no private header.
+kit_includes=$(find "$prefix/include/VyrNotice/kit" -mindepth 1 -maxdepth 1 -type d -printf ' -I%p')
+for header in "$prefix"/include/VyrNotice/*.h; do
+  if grep -q '_p\.h"' "$header"; then
+    echo "package-check: FAIL: $(basename "$header") includes a private header" >&2
+    exit 1
+  fi
+  echo "#include <$(basename "$header")>" | g++ -std=c++17 -fPIC -fsyntax-only -x c++ - \
+    -I"$prefix/include/VyrNotice" $kit_includes $(pkg-config --cflags Qt5Widgets)
+done
+echo "package-check: every installed header compiles on its own"
+
 cmake -S examples/minimal-host -B "$work/example" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work/example" -j"$(nproc)"
 QT_QPA_PLATFORM=offscreen LANG=C.UTF-8 "$work/example/minimal-host" 2>"$work/example.log" | tee "$work/example.out"
