@@ -10,38 +10,139 @@
 #include <QSortFilterProxyModel>
 #include <vector>
 
-// The one list of gathered notices, of both categories, in order of adding.
-// Every change is a full model reset; windows read it through a
-// NoticeListSortFilterModel of their category.
+/**
+ * The one list of gathered notices, of both categories, in order of adding.
+ *
+ * A singleton that the host fills through the add...() intakes and empties
+ * through delNotice(); each NoticeListWidget shows the rows of its category.
+ * The model watches no clock and no engine signal: a notice stays until a
+ * window closes, a row is clicked or the host deletes it.
+ *
+ * The host connects popupNoticeListWidget() and removeNoticeListItem() to its
+ * own handlers and answers them on the window of that category (see
+ * NoticeListWidget). Every change is a full model reset (no row insertions,
+ * no dataChanged), and each window's proxy re-sorts on it.
+ *
+ * Notices travel as VyrEngine::GatherNoticePtr (std::shared_ptr): the list
+ * owns them, and a reader that copies the pointer keeps the record alive
+ * after the row has gone. Everything runs on the GUI thread; nothing locks.
+ */
 class VYRNOTICE_EXPORT NoticeListModel : public QAbstractListModel
 {
     Q_OBJECT
 public:
+    /**
+     * The model, created with no parent on the first call. GUI thread only.
+     * Windows take their source model from here when they are constructed.
+     */
     static NoticeListModel* instance();
+    /**
+     * Schedules the model's deletion (deleteLater()) and forgets it: the next
+     * instance() is a new, empty model. Reconnect its signals, and make new
+     * windows: one built before keeps reading the old model.
+     */
     static void release();
 
+    /** Frees the list; a notice lives on while a reader still holds its pointer. */
     ~NoticeListModel() override;
 
+    /** Notices of both categories; @p parent is not looked at. */
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    /**
+     * For Qt::UserRole, the row's VyrEngine::GatherNoticePtr in a QVariant;
+     * an invalid QVariant for every other role and for a bad index.
+     */
     QVariant data(const QModelIndex& index, int role) const override;
+    /** Rows are never edited through the model: changes nothing, returns false. */
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
+    /** How many notices of @p noticeCategory the whole list holds. */
     int getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory);
 
+    /**
+     * Takes in a lesson event: @p type is LessonAhead, LessonPrepare or
+     * LessonStart; the host chooses it, the library never derives it.
+     *
+     * Asynchronous: the lesson is looked up in the course engine now (an
+     * unknown lesson, or one whose role is 0, is dropped with no word) and its
+     * name is fetched through an engine future. The row comes only when that
+     * future completes, on a later turn of the event loop; a cancelled future
+     * brings none.
+     *
+     * One row per lesson: if the lesson already has a row when the look-up
+     * completes, that row is updated in place (type, time, names; it keeps its
+     * noticeId and rises to the top) and lessonNoticeUpdated() is emitted
+     * instead of popupNoticeListWidget(). Each new or updated row sends a
+     * "PushSend" tracking event. A type outside the three lesson types is
+     * dropped after the look-up unless the lesson already has a row, which
+     * then takes it as it comes.
+     */
     void addLessonNotice(VyrEngine::NoticeType type, quint64 lessonId);
+    /**
+     * Takes in a study report of a lesson (category Activity). Asynchronous
+     * like addLessonNotice(), with the same silent drop for an unknown lesson
+     * or role 0, but with no rule against duplicates: every completed call
+     * adds a row.
+     */
     void addStudyReportNotice(quint64 lessonId);
+    /**
+     * Adds a study activity row at once (category Activity). The row's title is
+     * @p displayPod's headingText and its body that record's texts; both
+     * pointers are kept and come back with viewStudyActivityNoticeDetails().
+     */
     void addStudyActivityNotice(QSharedPointer<AppendixDataPod> pod,
                                 QSharedPointer<StudyActivityNoticeWidgetDisplayPod> displayPod);
+    /**
+     * Adds a cluster notice row at once (category Activity). The text is
+     * broken into at most two lines here, when it is taken in, and shown as
+     * plain text. The title is the cluster's name, empty for an unknown
+     * cluster. @p contentId comes back with viewClusterNoticeDetails().
+     */
     void addClusterNoticeRemindNotice(QString content, quint64 contentId, quint64 clusterId, quint64 creatorId);
+    /**
+     * Adds a friend-request row at once (category Activity). It names nobody;
+     * each call adds one more row.
+     */
     void addContactorAddNotice();
 
+    /**
+     * Removes the row at @p index, an index of this model (not of a window's
+     * proxy), and emits removeNoticeListItem(). A bad index is logged and
+     * changes nothing.
+     */
     void delNotice(const QModelIndex& index);
+    /**
+     * Removes the notice with @p noticeId and emits removeNoticeListItem().
+     * The reset and the signal come even when no notice matches; the signal's
+     * category then means nothing.
+     */
     void delNotice(const QString& noticeId);
+    /**
+     * Removes every notice of @p noticeCategory. Emits no signal: the windows
+     * call it as they close, having told the host already. Called by the host
+     * while that window is up, it leaves the window open on an empty list
+     * until its hold runs out.
+     */
     void delNotice(VyrEngine::NoticeCategory noticeCategory);
 
 signals:
+    /**
+     * A notice of @p noticeCategory was added and the model reset. Not
+     * connected inside the library: call adjustListHeight(0) on that
+     * category's window first, then popNoticeListWidget() if it is hidden or
+     * a re-position if it is up.
+     */
     void popupNoticeListWidget(VyrEngine::NoticeCategory noticeCategory);
+    /**
+     * One notice of @p noticeCategory was removed by delNotice(QModelIndex) or
+     * delNotice(QString). Not connected inside the library: call
+     * adjustListHeight(1) on that category's window.
+     */
     void removeNoticeListItem(VyrEngine::NoticeCategory noticeCategory);
+    /**
+     * A lesson row was updated in place. The Lesson window connects itself and
+     * gives its hold time a fresh start; the host need do nothing.
+     */
     void lessonNoticeUpdated();
 
 private:

@@ -1,7 +1,8 @@
 #pragma once
 
 // Types that travel in QVariants and queued signals of this library, each
-// registered under its own name on first use.
+// registered under its own name on first use. Include it where one of these
+// goes into a QVariant or across threads; nothing else needs it.
 
 #include "ClusterID.h"
 #include "FriendRequestInfo.h"
@@ -15,9 +16,17 @@
 #include <QSharedPointer>
 #include <vector>
 
+// The course engine's snapshot of a lesson.
 Q_DECLARE_METATYPE(QSharedPointer<VyrEngine::SnapshotLesson>)
+// A record of the client's that the library only passes on.
 Q_DECLARE_METATYPE(QSharedPointer<OpaqueCommonPod>)
+// The kind of classroom a lesson is held in.
 Q_DECLARE_METATYPE(RoomType)
+// A cluster's id, and a list of them.
 Q_DECLARE_METATYPE(VyrEngine::ClusterID)
 Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
+// One friend request.
 Q_DECLARE_METATYPE(VyrEngine::FriendRequestInfo)
+
+// VyrEngine::GatherNoticePtr and StudyActivityNoticeWidgetDisplayPod are
+// declared in their own headers. VyrEngine::NoticeCategory has no meta-type.

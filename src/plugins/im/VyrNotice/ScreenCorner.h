@@ -5,32 +5,49 @@
 
 #include <QRect>
 
-// Where the notice windows sit: the bottom right corner of the work area,
-// measured with the lengths that the taskbar's edge selects.
-//
-// current() asks the system for the taskbar's edge and the primary screen. A host that
-// simulates a screen (a test, a demo) can put its own edge and rectangles in
-// their place with setOverride() until clearOverride().
+/**
+ * Where the notice windows sit: the bottom right corner of the work area,
+ * measured with the lengths that the taskbar's edge selects.
+ *
+ * current() asks the system for the taskbar's edge and the primary screen. A
+ * host that simulates a screen (a test, a demo) can put its own edge and
+ * rectangles in their place with setOverride() until clearOverride(). The
+ * override is process-wide and read at every placement; GUI thread only.
+ */
 class VYRNOTICE_EXPORT ScreenCorner
 {
 public:
+    /** A taskbar edge and the two rectangles of one screen. */
     struct Screen
     {
+        /** The edge the taskbar stands at; it picks which rectangle gives which length. */
         TaskbarEdge taskbarEdge = TaskbarEdge::Bottom;
+        /** The whole screen, as QScreen::geometry(). */
         QRect geometry;
+        /** The screen less the taskbar, as QScreen::availableGeometry(). */
         QRect availableGeometry;
     };
 
+    /**
+     * The override if one is set; otherwise the system's taskbar edge and the
+     * primary screen's rectangles (empty rectangles when there is no screen).
+     */
     static Screen current();
 
-    // The width and height that the corner is measured from, by the taskbar's
-    // edge: left takes the width of geometry() and the height of
-    // availableGeometry(), top the other way round, right and bottom both from
-    // availableGeometry(). Only sizes count, never the rectangles' origin.
-    // False, with nothing written, for any other edge value.
+    /**
+     * The width and height that the corner is measured from, by the taskbar's
+     * edge: left takes the width of geometry and the height of
+     * availableGeometry, top the other way round, right and bottom both from
+     * availableGeometry. Only sizes count, never the rectangles' origin, so
+     * the corner is that of a screen at (0, 0).
+     * False, with nothing written, for any other edge value.
+     */
     static bool screenLengths(const Screen& screen, int* screenWidth, int* screenHeight);
 
+    /** Makes current() return @p screen from now on, for every window. */
     static void setOverride(const Screen& screen);
+    /** Back to the system's screen. */
     static void clearOverride();
+    /** Whether setOverride() is in force. */
     static bool hasOverride();
 };

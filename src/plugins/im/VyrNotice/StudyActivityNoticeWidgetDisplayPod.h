@@ -5,12 +5,25 @@
 #include <QMetaType>
 #include <QString>
 
-// The host's ready-made texts for a study activity notice. The flags and the
-// texts A to C are the host's own: this library carries them back to it.
+/**
+ * The host's ready-made texts for a study activity notice, handed to
+ * NoticeListModel::addStudyActivityNotice() behind a QSharedPointer and given
+ * back unchanged with NoticeListWidget::viewStudyActivityNoticeDetails().
+ *
+ * The gathered row reads windowTitleText, contentText and headingText. The
+ * flags and the texts A to C are the host's own: this library carries them
+ * back to it. A plain copyable value; the default one has every string empty
+ * and every flag false.
+ */
 class VYRNOTICE_EXPORT StudyActivityNoticeWidgetDisplayPod
 {
 public:
+    /** Every string empty, every flag false. */
     StudyActivityNoticeWidgetDisplayPod();
+    /**
+     * The fields in declaration order, except that @p lastFlag comes last
+     * here and reservedText and reservedFlag take no argument.
+     */
     StudyActivityNoticeWidgetDisplayPod(const QString& windowTitleText, const QString& contentText, bool flagA,
                                         bool flagB, bool flagC, const QString& textA, bool flagD, const QString& textB,
                                         const QString& textC, bool flagE, bool flagF, bool flagG, bool flagH,
@@ -22,25 +35,45 @@ public:
     StudyActivityNoticeWidgetDisplayPod& operator=(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
     ~StudyActivityNoticeWidgetDisplayPod();
 
+    /** The activity's kind; the row's body begins with it in brackets. Rich text, not escaped. */
     QString windowTitleText;
+    /** The body of the notice, after the bracketed kind. Rich text, not escaped, not elided. */
     QString contentText;
+    /** Carried for the host. */
     bool flagA = false;
+    /** Carried for the host. */
     bool flagB = false;
+    /** Carried for the host. */
     bool flagC = false;
+    /** Carried for the host. */
     QString textA;
+    /** Carried for the host. */
     bool flagD = false;
+    /** Carried for the host. */
     QString textB;
+    /** Carried for the host. */
     QString textC;
+    /** Carried for the host. */
     bool flagE = false;
+    /** Carried for the host. */
     bool flagF = false;
+    /** Carried for the host. */
     bool flagG = false;
+    /** Carried for the host. */
     bool flagH = false;
+    /** Carried for the host. */
     bool lastFlag = false;   // the constructor's last argument, stored here on purpose
+    /** The heading of the notice: the gathered row's title. */
     QString headingText;
-    QString reservedText;    // no argument fills it
+    /** Empty: no argument fills it. */
+    QString reservedText;
+    /** False: no argument fills it. */
     bool reservedFlag = false;
+    /** The "push_scenes" value for tracking this activity; the gathered row does not read it. */
     QString pushScenes;
+    /** The "push_body" value for tracking this activity; the gathered row does not read it. */
     QString pushBody;
 };
 
+/** Registered under the name "StudyActivityNoticeWidgetDisplayPod" on first use. */
 Q_DECLARE_METATYPE(StudyActivityNoticeWidgetDisplayPod)

@@ -6,8 +6,8 @@
 //
 // Plain C++ on purpose: the Windows query includes nothing but <windows.h>.
 enum class TaskbarEdge : int {
-    Left = 0,
-    Top = 1,
-    Right = 2,
-    Bottom = 3,
+    Left = 0,   ///< the taskbar is at the left edge
+    Top = 1,    ///< the taskbar is at the top edge
+    Right = 2,  ///< the taskbar is at the right edge
+    Bottom = 3, ///< the taskbar is at the bottom edge
 };
