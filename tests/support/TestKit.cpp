@@ -39,19 +39,6 @@ void resetAll(qint64 now)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-VyrEngine::SnapshotLesson putLesson(quint64 lessonId, const QString& name, qint64 startTime, quint64 courseId,
-                                    qint32 role, quint64 schoolId)
-{
-    VyrEngine::SnapshotLesson lesson;
-    lesson.schoolId = schoolId;
-    lesson.courseId = courseId;
-    lesson.lessonId = lessonId;
-    lesson.startTime = startTime;
-    lesson.role = role;
-    VyrEngine::CourseEngine::instance()->putLesson(lesson, name);
-    return lesson;
-}
-
 namespace {
 QtMessageHandler s_beforeModelFilter = nullptr;
 
@@ -77,15 +64,6 @@ QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObjec
         installed = true;
     }
     return new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Warning, parent);
-}
-
-void settle()
-{
-    // Futures finish on a zero timer; their watchers report through posted events.
-    for (int i = 0; i < 5; ++i) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-        QCoreApplication::sendPostedEvents();
-    }
 }
 
 } // namespace TestKit

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CourseEngine.h"
+#include "KitFixture.h"
 
 #include <QString>
 
@@ -19,16 +19,15 @@ bool loadTranslations(const QString& locale = QStringLiteral("en"));
 // stops the engine clock at `now`.
 void resetAll(qint64 now = 1800000000);
 
-// Puts a lesson into the course engine and returns its snapshot.
-VyrEngine::SnapshotLesson putLesson(quint64 lessonId, const QString& name, qint64 startTime, quint64 courseId = 500,
-                                    qint32 role = 1, quint64 schoolId = 7);
+// Puts a lesson into the course engine and returns its snapshot (the kit's own).
+using KitFixture::putLesson;
 
 // Watches the notice model. The model counts its rows for any parent, as the
 // client's code has always done; the tester flags that, so it reports in
 // Warning mode here instead of failing every test.
 QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObject* parent);
 
-// Runs the event loop until the course engine's futures and their completions are done.
-void settle();
+// Runs the event loop until the course engine's futures and their completions are done (the kit's own).
+using KitFixture::settle;
 
 } // namespace TestKit
