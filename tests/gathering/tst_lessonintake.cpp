@@ -25,17 +25,12 @@ NoticeListModel* model() { return NoticeListModel::instance(); }
 
 GatherNoticePtr noticeAt(int row)
 {
-    return model()->data(model()->index(row), Qt::UserRole).value<GatherNoticePtr>();
+    return TestKit::noticeAt(model(), row);
 }
 
 QList<VyrTrack::Event> pushSends()
 {
-    QList<VyrTrack::Event> out;
-    for (const auto& e : VyrTrack::instance()->events()) {
-        if (e.first == QLatin1String("PushSend"))
-            out << e;
-    }
-    return out;
+    return KitFixture::trackedEvents(QStringLiteral("PushSend"));
 }
 } // namespace
 

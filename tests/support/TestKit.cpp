@@ -39,6 +39,18 @@ void resetAll(qint64 now)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+void addLessonNotice(quint64 lessonId, VyrEngine::NoticeType type)
+{
+    putLesson(lessonId, QStringLiteral("Lesson %1").arg(lessonId), 1800000000 + 7200);
+    NoticeListModel::instance()->addLessonNotice(type, lessonId);
+    settle();
+}
+
+VyrEngine::GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row)
+{
+    return model->index(row, 0).data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
+}
+
 namespace {
 QtMessageHandler s_beforeModelFilter = nullptr;
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "GatherNotice.h"
 #include "KitFixture.h"
 
 #include <QString>
 
 class NoticeListModel;
+class QAbstractItemModel;
 class QAbstractItemModelTester;
 class QObject;
 
@@ -21,6 +23,13 @@ void resetAll(qint64 now = 1800000000);
 
 // Puts a lesson into the course engine and returns its snapshot (the kit's own).
 using KitFixture::putLesson;
+
+// Puts lesson `lessonId` (named "Lesson <id>", starting two hours after the default clock) and adds
+// its notice of `type`, running the event loop until the look-up has added or updated the row.
+void addLessonNotice(quint64 lessonId, VyrEngine::NoticeType type);
+
+// The record that `row` of the notice model, or of a proxy over it, holds; null when none.
+VyrEngine::GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row);
 
 // Watches the notice model. The model counts its rows for any parent, as the
 // client's code has always done; the tester flags that, so it reports in
