@@ -1,23 +1,12 @@
 #include "AvatarManager.h"
 #include "CoreEngine.h"
+#include "PixelProbe.h"
 
 #include <QtTest>
 
 using namespace VyrEngine;
 
-namespace {
-QPixmap solid(const QSize& size, const QColor& colour)
-{
-    QPixmap pixmap(size);
-    pixmap.fill(colour);
-    return pixmap;
-}
-
-QColor pixelOf(const QPixmap& pixmap, int x, int y)
-{
-    return QColor::fromRgba(pixmap.toImage().pixel(x, y));
-}
-} // namespace
+namespace P = PixelProbe;
 
 // The core engine's clock and user, and the cluster avatars.
 class TestVyrCoreEngine : public QObject
@@ -67,11 +56,11 @@ void TestVyrCoreEngine::generatedAvatarIsColouredByTheId()
     const QPixmap a = AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false);
     const QPixmap b = AvatarManager::instance().getClusterAvatar(ClusterID(12, 0), false);
     QCOMPARE(a.size(), QSize(AvatarManager::GeneratedSize, AvatarManager::GeneratedSize));
-    QCOMPARE(pixelOf(a, 1, 1), AvatarManager::generatedColor(11));
-    QCOMPARE(pixelOf(b, 1, 1), AvatarManager::generatedColor(12));
+    QCOMPARE(P::colourAt(a, 1, 1), AvatarManager::generatedColor(11));
+    QCOMPARE(P::colourAt(b, 1, 1), AvatarManager::generatedColor(12));
     QVERIFY(AvatarManager::generatedColor(11) != AvatarManager::generatedColor(12));
     // A glyph is drawn on it: not one flat colour.
-    QVERIFY(pixelOf(a, a.width() / 2 - 8, a.height() / 2) != AvatarManager::generatedColor(11));
+    QVERIFY(P::colourAt(a, a.width() / 2 - 8, a.height() / 2) != AvatarManager::generatedColor(11));
     // Made once and kept.
     QCOMPARE(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false).cacheKey(), a.cacheKey());
 }
@@ -84,13 +73,13 @@ void TestVyrCoreEngine::downloadedAvatarReplacesTheGeneratedOne()
     QObject context;
     connect(&AvatarManager::instance(), &AvatarManager::clusterAvatarChanged, &context,
             [&changed](const ClusterID& id) { changed << id.id(); });
-    AvatarManager::instance().putClusterAvatar(11, solid(QSize(50, 50), Qt::red));
+    AvatarManager::instance().putClusterAvatar(11, P::pixmap(QSize(50, 50), Qt::red));
     QCOMPARE(changed, QList<quint64>{11});
-    QCOMPARE(pixelOf(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false), 25, 25),
+    QCOMPARE(P::colourAt(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false), 25, 25),
              QColor(Qt::red));
     AvatarManager::instance().removeClusterAvatar(11);
     QCOMPARE(changed, (QList<quint64>{11, 11}));
-    QCOMPARE(pixelOf(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false), 1, 1),
+    QCOMPARE(P::colourAt(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false), 1, 1),
              AvatarManager::generatedColor(11));
 }
 
@@ -102,15 +91,15 @@ void TestVyrCoreEngine::namedClusterGetsItsInitials()
     AvatarManager::instance().setClusterAvatarName(11, QStringLiteral("physics club"));
     const QImage initials = AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), false).toImage();
     QVERIFY(glyph != initials);
-    QCOMPARE(QColor(initials.pixel(1, 1)), AvatarManager::generatedColor(11));
+    QCOMPARE(P::colourAt(initials, 1, 1), AvatarManager::generatedColor(11));
 }
 
 
 // The grey form keeps the shape and drops the colour.
 void TestVyrCoreEngine::grayAvatarHasNoColour()
 {
-    AvatarManager::instance().putClusterAvatar(11, solid(QSize(10, 10), QColor(200, 40, 40)));
-    const QColor grey = pixelOf(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), true), 5, 5);
+    AvatarManager::instance().putClusterAvatar(11, P::pixmap(QSize(10, 10), QColor(200, 40, 40)));
+    const QColor grey = P::colourAt(AvatarManager::instance().getClusterAvatar(ClusterID(11, 0), true), 5, 5);
     QCOMPARE(grey.red(), grey.green());
     QCOMPARE(grey.green(), grey.blue());
 }

@@ -1,5 +1,6 @@
 #include "GlobalStyle.h"
 #include "ImageOp.h"
+#include "PixelProbe.h"
 #include "VyrPauseableTimer.h"
 #include "VyrTrack.h"
 #include "VyrUtils.h"
@@ -12,19 +13,7 @@
 #include <QToolButton>
 #include <QtTest>
 
-namespace {
-QPixmap solid(const QSize& size, const QColor& colour)
-{
-    QPixmap pixmap(size);
-    pixmap.fill(colour);
-    return pixmap;
-}
-
-QColor pixelOf(const QPixmap& pixmap, int x, int y)
-{
-    return QColor::fromRgba(pixmap.toImage().pixel(x, y));
-}
-} // namespace
+namespace P = PixelProbe;
 
 // The kit's utilities: pauseable timer, tracker, text and picture helpers, theme styles.
 class TestVyrUtils : public QObject
@@ -293,14 +282,14 @@ void TestVyrUtils::limitString()
 // The rounded picture holds size times ratio pixels, carries the ratio and has transparent corners.
 void TestVyrUtils::roundedPixmapSizeRatioAndCorners()
 {
-    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(solid(QSize(72, 72), Qt::blue), QSizeF(36, 36), 2.0);
+    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(72, 72), Qt::blue), QSizeF(36, 36), 2.0);
     QCOMPARE(rounded.size(), QSize(72, 72));
     QCOMPARE(rounded.devicePixelRatio(), 2.0);
-    QCOMPARE(pixelOf(rounded, 0, 0).alpha(), 0);
-    QCOMPARE(pixelOf(rounded, 71, 71).alpha(), 0);
-    QCOMPARE(pixelOf(rounded, 36, 36), QColor(Qt::blue));
-    QCOMPARE(pixelOf(rounded, 36, 0), QColor(Qt::blue));
-    QVERIFY(ImageOp::roundedRectCoursePixmap(solid(QSize(4, 4), Qt::blue), QSizeF(0, 36), 1.0).isNull());
+    QCOMPARE(P::colourAt(rounded, 0, 0).alpha(), 0);
+    QCOMPARE(P::colourAt(rounded, 71, 71).alpha(), 0);
+    QCOMPARE(P::colourAt(rounded, 36, 36), QColor(Qt::blue));
+    QCOMPARE(P::colourAt(rounded, 36, 0), QColor(Qt::blue));
+    QVERIFY(ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(4, 4), Qt::blue), QSizeF(0, 36), 1.0).isNull());
 }
 
 
@@ -309,7 +298,7 @@ void TestVyrUtils::roundedPixmapOfNullSource()
 {
     const QPixmap rounded = ImageOp::roundedRectCoursePixmap(QPixmap(), QSizeF(36, 36), 1.0);
     QCOMPARE(rounded.size(), QSize(36, 36));
-    QCOMPARE(pixelOf(rounded, 18, 18).alpha(), 0);
+    QCOMPARE(P::colourAt(rounded, 18, 18).alpha(), 0);
 }
 
 
@@ -323,8 +312,8 @@ void TestVyrUtils::roundedPixmapCropsTheCentre()
         painter.fillRect(QRect(100, 0, 100, 100), Qt::green);
     }
     const QPixmap rounded = ImageOp::roundedRectCoursePixmap(wide, QSizeF(36, 36), 1.0);
-    QCOMPARE(pixelOf(rounded, 2, 18), QColor(Qt::green));
-    QCOMPARE(pixelOf(rounded, 33, 18), QColor(Qt::green));
+    QCOMPARE(P::colourAt(rounded, 2, 18), QColor(Qt::green));
+    QCOMPARE(P::colourAt(rounded, 33, 18), QColor(Qt::green));
 }
 
 
@@ -341,14 +330,14 @@ void TestVyrUtils::closeGrayStyleChangesTheLook()
     QCOMPARE(styled->property("GlobalStyle").toString(), QStringLiteral("QToolButton_CloseGrayBg"));
     QVERIFY(!styled->icon().isNull());
     QCOMPARE(styled->iconSize(), QSize(8, 8));
-    const QImage image = styled->grab().toImage();
+    const QImage image = P::grab(styled);
     // Grey background near the edge of the circle, darker cross in the middle.
-    const QColor edge = image.pixelColor(3, 9);
+    const QColor edge = P::colourAt(image, 3, 9);
     QVERIFY(edge.alpha() == 255 && edge.red() < 250 && edge.red() > 200);
-    const QColor centre = image.pixelColor(9, 9);
+    const QColor centre = P::colourAt(image, 9, 9);
     QVERIFY2(centre.red() < edge.red(), qPrintable(centre.name()));
     // Corners stay outside the circle.
-    const QImage plainImage = plain->grab().toImage();
+    const QImage plainImage = P::grab(plain);
     QVERIFY(plainImage != image);
 }
 

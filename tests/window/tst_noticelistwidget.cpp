@@ -5,6 +5,7 @@
 #include "NoticeListWidget.h"
 #include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
+#include "PixelProbe.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
 
@@ -415,7 +416,7 @@ void TestNoticeListWidget::paintDrawsShadowAroundWhitePanel()
     NoticeListModel::instance()->addContactorAddNotice();
     window->adjustListHeight(0);
     window->popNoticeListWidget(0);
-    const QImage image = window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    const QImage image = PixelProbe::grab(window);
     QCOMPARE(image.size(), QSize(424, 178));
     const int midY = image.height() / 2;
     const int midX = image.width() / 2;
