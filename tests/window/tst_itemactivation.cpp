@@ -72,7 +72,6 @@ private slots:
     void nullRecordEndsQuietly();
     void clickingLastRowHidesThroughRemovalNotClosePath();
     void closeButtonPausesStartAlertsAndDeletesCategory();
-    void closeLoopReadsRowsWhileHiddenBeforeDeleting();
     void closeButtonStepsInOrder();
     void activityWindowCloseLoopEmitsNothing();
     void clickTitleLosesCountKeepsBlank_data();
@@ -304,20 +303,6 @@ void TestItemActivation::closeButtonPausesStartAlertsAndDeletesCategory()
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Activity), 1);
     QCOMPARE(clicks().size(), 1);
     verifyClick(clicks().first(), QStringLiteral("Lesson notices "), false);
-}
-
-// The close loop reads the rows when the window is already hidden and before any is deleted.
-void TestItemActivation::closeLoopReadsRowsWhileHiddenBeforeDeleting()
-{
-    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
-    addLesson(1, LessonStart);
-    addLesson(2, LessonStart);
-    QStringList seen;
-    connect(window, &NoticeListWidget::pauseLessonStartAlert, this, [&seen, window](qulonglong id) {
-        seen << QStringLiteral("%1:%2:%3").arg(id).arg(window->isVisible()).arg(NoticeListModel::instance()->rowCount());
-    });
-    window->onClickedCloseBtn();
-    QCOMPARE(seen, (QStringList{QStringLiteral("2:0:2"), QStringLiteral("1:0:2")}));
 }
 
 // The close button, step by step: the click is tracked while the window still shows; the window is
