@@ -25,17 +25,12 @@ NoticeListModel* model() { return NoticeListModel::instance(); }
 
 GatherNoticePtr noticeAt(int row)
 {
-    return model()->data(model()->index(row), Qt::UserRole).value<GatherNoticePtr>();
+    return TestKit::noticeAt(model(), row);
 }
 
 QList<VyrTrack::Event> pushSends()
 {
-    QList<VyrTrack::Event> out;
-    for (const auto& e : VyrTrack::instance()->events()) {
-        if (e.first == QLatin1String("PushSend"))
-            out << e;
-    }
-    return out;
+    return KitFixture::trackedEvents(QStringLiteral("PushSend"));
 }
 } // namespace
 
@@ -65,7 +60,6 @@ private slots:
     void updateTracksAgainWithNewPushId();
     void trackingBody_data();
     void trackingBody();
-    void updatedRowMovesToTopOfWindow();
 
 private:
     QAbstractItemModelTester* m_tester = nullptr;
@@ -396,28 +390,6 @@ void TestLessonIntake::trackingBody()
     QCOMPARE(events.size(), 1);
     QCOMPARE(events[0].second.value("push_body").toString(), body);
     QCOMPARE(LessonNoticeText::body(true, name, quint32(kNow + secondsLeft), kNow), body);
-}
-
-// An update gives the row a new time, and the window's proxy re-sorts it to the top.
-void TestLessonIntake::updatedRowMovesToTopOfWindow()
-{
-    NoticeListSortFilterModel proxy(model(), Lesson, nullptr);
-    QAbstractItemModelTester proxyTester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    TestKit::putLesson(15, QStringLiteral("First"), kNow + 600);
-    TestKit::putLesson(16, QStringLiteral("Second"), kNow + 600);
-    model()->addLessonNotice(LessonAhead, 15);
-    TestKit::settle();
-    CoreEngine::instance()->advanceTime(10);
-    model()->addLessonNotice(LessonAhead, 16);
-    TestKit::settle();
-    auto top = [&]() { return proxy.data(proxy.index(0, 0), Qt::UserRole).value<GatherNoticePtr>()->lessonName(); };
-    QCOMPARE(proxy.rowCount(), 2);
-    QCOMPARE(top(), QStringLiteral("Second"));
-    CoreEngine::instance()->advanceTime(10);
-    model()->addLessonNotice(LessonStart, 15);
-    TestKit::settle();
-    QCOMPARE(proxy.rowCount(), 2);
-    QCOMPARE(top(), QStringLiteral("First"));
 }
 
 QTEST_MAIN(TestLessonIntake)

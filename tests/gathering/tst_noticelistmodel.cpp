@@ -11,10 +11,7 @@ using namespace VyrEngine;
 namespace {
 const QString kModelFile = QStringLiteral("src/plugins/im/VyrNotice/NoticeListModel.cpp");
 
-GatherNoticePtr noticeAt(NoticeListModel* model, int row)
-{
-    return model->data(model->index(row), Qt::UserRole).value<GatherNoticePtr>();
-}
+using TestKit::noticeAt;
 
 // Activity rows arrive at once; lesson rows after their look-up.
 void addActivities(int count)
@@ -25,11 +22,8 @@ void addActivities(int count)
 
 void addLessons(QList<quint64> ids)
 {
-    for (quint64 id : ids) {
-        TestKit::putLesson(id, QStringLiteral("Lesson %1").arg(id), 1800000000 + 7200);
-        NoticeListModel::instance()->addLessonNotice(LessonStart, id);
-    }
-    TestKit::settle();
+    for (quint64 id : ids)
+        TestKit::addLessonNotice(id, LessonStart);
 }
 
 QStringList noticeIds(NoticeListModel* model)

@@ -28,7 +28,7 @@ NoticeListModel* model() { return NoticeListModel::instance(); }
 
 GatherNoticePtr noticeAt(int row)
 {
-    return model()->data(model()->index(row), Qt::UserRole).value<GatherNoticePtr>();
+    return TestKit::noticeAt(model(), row);
 }
 
 QString label()

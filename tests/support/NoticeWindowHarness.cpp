@@ -1,14 +1,15 @@
 #include "NoticeWindowHarness.h"
 
 #include "NoticeListModel.h"
+#include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "ScreenCorner.h"
 #include "VyrPauseableTimer.h"
 
-#include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QLabel>
+#include <QListView>
 #include <QPropertyAnimation>
 
 namespace NoticeWindowHarness {
@@ -20,6 +21,11 @@ void useTestScreen(TaskbarEdge taskbarEdge)
     screen.geometry = QRect(0, 0, 800, 600);
     screen.availableGeometry = QRect(0, 0, 800, 560);
     ScreenCorner::setOverride(screen);
+}
+
+QString sourceFile()
+{
+    return QStringLiteral("src/plugins/im/VyrNotice/NoticeListWidget.cpp");
 }
 
 VyrPauseableTimer* closeTimer(NoticeListWidget* window)
@@ -43,15 +49,44 @@ int listHeight(NoticeListWidget* window)
     return window->getContentWidgetSize().height() - 50;
 }
 
-int rowCount(NoticeListWidget* window)
-{
-    auto* view = window->findChild<QAbstractItemView*>(QStringLiteral("noticeListView"));
-    return view->model()->rowCount();
-}
-
 QString title(NoticeListWidget* window)
 {
     return window->findChild<QLabel*>(QStringLiteral("titleLabel"))->text();
+}
+
+QListView* view(NoticeListWidget* window)
+{
+    return window->findChild<QListView*>(QStringLiteral("noticeListView"));
+}
+
+NoticeListViewItem* delegate(NoticeListWidget* window)
+{
+    return window->findChild<NoticeListViewItem*>();
+}
+
+int rowCount(NoticeListWidget* window)
+{
+    return view(window)->model()->rowCount();
+}
+
+QModelIndex rowIndex(NoticeListWidget* window, int row)
+{
+    return view(window)->model()->index(row, 0);
+}
+
+void addActivityNotices(NoticeListWidget* window, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        NoticeListModel::instance()->addContactorAddNotice();
+        window->adjustListHeight(0);
+    }
+}
+
+void removeNewestNotice(NoticeListWidget* window)
+{
+    NoticeListModel* model = NoticeListModel::instance();
+    model->delNotice(model->index(model->rowCount() - 1));
+    window->adjustListHeight(1);
 }
 
 void movePointer(const QPoint& globalPos)
@@ -71,24 +106,3 @@ QPoint pointOffWindows()
 }
 
 } // namespace NoticeWindowHarness
-
-HostWiring::HostWiring(NoticeListWidget* window, VyrEngine::NoticeCategory category)
-    : QObject(window)
-    , m_window(window)
-    , m_category(category)
-{
-    NoticeListModel* model = NoticeListModel::instance();
-    connect(model, &NoticeListModel::popupNoticeListWidget, this, [this](VyrEngine::NoticeCategory category) {
-        if (category != m_category)
-            return;
-        m_window->adjustListHeight(0);
-        if (m_window->isVisible())
-            m_window->autoAdjustNoticeListWidgetPos();
-        else
-            m_window->popNoticeListWidget(0);
-    });
-    connect(model, &NoticeListModel::removeNoticeListItem, this, [this](VyrEngine::NoticeCategory category) {
-        if (category == m_category)
-            m_window->adjustListHeight(1);
-    });
-}

@@ -39,17 +39,16 @@ void resetAll(qint64 now)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-VyrEngine::SnapshotLesson putLesson(quint64 lessonId, const QString& name, qint64 startTime, quint64 courseId,
-                                    qint32 role, quint64 schoolId)
+void addLessonNotice(quint64 lessonId, VyrEngine::NoticeType type)
 {
-    VyrEngine::SnapshotLesson lesson;
-    lesson.schoolId = schoolId;
-    lesson.courseId = courseId;
-    lesson.lessonId = lessonId;
-    lesson.startTime = startTime;
-    lesson.role = role;
-    VyrEngine::CourseEngine::instance()->putLesson(lesson, name);
-    return lesson;
+    putLesson(lessonId, QStringLiteral("Lesson %1").arg(lessonId), 1800000000 + 7200);
+    NoticeListModel::instance()->addLessonNotice(type, lessonId);
+    settle();
+}
+
+VyrEngine::GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row)
+{
+    return model->index(row, 0).data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
 }
 
 namespace {
@@ -77,15 +76,6 @@ QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObjec
         installed = true;
     }
     return new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Warning, parent);
-}
-
-void settle()
-{
-    // Futures finish on a zero timer; their watchers report through posted events.
-    for (int i = 0; i < 5; ++i) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-        QCoreApplication::sendPostedEvents();
-    }
 }
 
 } // namespace TestKit

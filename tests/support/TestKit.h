@@ -1,10 +1,12 @@
 #pragma once
 
-#include "CourseEngine.h"
+#include "GatherNotice.h"
+#include "KitFixture.h"
 
 #include <QString>
 
 class NoticeListModel;
+class QAbstractItemModel;
 class QAbstractItemModelTester;
 class QObject;
 
@@ -19,16 +21,22 @@ bool loadTranslations(const QString& locale = QStringLiteral("en"));
 // stops the engine clock at `now`.
 void resetAll(qint64 now = 1800000000);
 
-// Puts a lesson into the course engine and returns its snapshot.
-VyrEngine::SnapshotLesson putLesson(quint64 lessonId, const QString& name, qint64 startTime, quint64 courseId = 500,
-                                    qint32 role = 1, quint64 schoolId = 7);
+// Puts a lesson into the course engine and returns its snapshot (the kit's own).
+using KitFixture::putLesson;
+
+// Puts lesson `lessonId` (named "Lesson <id>", starting two hours after the default clock) and adds
+// its notice of `type`, running the event loop until the look-up has added or updated the row.
+void addLessonNotice(quint64 lessonId, VyrEngine::NoticeType type);
+
+// The record that `row` of the notice model, or of a proxy over it, holds; null when none.
+VyrEngine::GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row);
 
 // Watches the notice model. The model counts its rows for any parent, as the
 // client's code has always done; the tester flags that, so it reports in
 // Warning mode here instead of failing every test.
 QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObject* parent);
 
-// Runs the event loop until the course engine's futures and their completions are done.
-void settle();
+// Runs the event loop until the course engine's futures and their completions are done (the kit's own).
+using KitFixture::settle;
 
 } // namespace TestKit

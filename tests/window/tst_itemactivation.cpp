@@ -3,8 +3,8 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
+#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
-#include "ScreenCorner.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
 #include "VyrTrack.h"
@@ -16,46 +16,21 @@
 #include <QToolButton>
 #include <QUuid>
 #include <QtTest>
-#include <memory>
 
 using namespace VyrEngine;
 namespace H = NoticeWindowHarness;
 
 namespace {
-const QString kWidgetFile = QStringLiteral("src/plugins/im/VyrNotice/NoticeListWidget.cpp");
-
-QListView* viewOf(NoticeListWidget* window)
-{
-    return window->findChild<QListView*>(QStringLiteral("noticeListView"));
-}
-
-NoticeListViewItem* delegateOf(NoticeListWidget* window)
-{
-    return window->findChild<NoticeListViewItem*>();
-}
-
-QModelIndex rowIndex(NoticeListWidget* window, int row)
-{
-    return viewOf(window)->model()->index(row, 0);
-}
-
 // The lesson rows: lesson `id` of `type`, each newer than the one before.
 void addLesson(quint64 id, NoticeType type)
 {
-    TestKit::putLesson(id, QStringLiteral("Lesson %1").arg(id), 1800000000 + 7200);
     CoreEngine::instance()->advanceTime(60);
-    NoticeListModel::instance()->addLessonNotice(type, id);
-    TestKit::settle();
+    TestKit::addLessonNotice(id, type);
 }
 
 QList<VyrTrack::Event> clicks()
 {
-    QList<VyrTrack::Event> out;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            out << event;
-    }
-    return out;
+    return KitFixture::trackedEvents(QStringLiteral("PushClick"));
 }
 
 // Checks a click event key by key: exactly push_id, push_title, app_scene and check_up.
@@ -97,7 +72,6 @@ private slots:
     void nullRecordEndsQuietly();
     void clickingLastRowHidesThroughRemovalNotClosePath();
     void closeButtonPausesStartAlertsAndDeletesCategory();
-    void closeLoopReadsRowsWhileHiddenBeforeDeleting();
     void closeButtonStepsInOrder();
     void activityWindowCloseLoopEmitsNothing();
     void clickTitleLosesCountKeepsBlank_data();
@@ -105,9 +79,7 @@ private slots:
     void pushIdIsNewForEveryClick();
 
 private:
-    NoticeListWidget* makeWindow(NoticeCategory category);
-    std::unique_ptr<NoticeListWidget> m_window;
-    WindowSignalRecorder* m_signals = nullptr;
+    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost};
 };
 
 void TestItemActivation::initTestCase()
@@ -117,40 +89,29 @@ void TestItemActivation::initTestCase()
 
 void TestItemActivation::init()
 {
-    TestKit::resetAll();
-    H::useTestScreen();
+    m_fixture.init();
 }
 
 void TestItemActivation::cleanup()
 {
-    m_window.reset();
-    ScreenCorner::clearOverride();
-    TestKit::resetAll();
-}
-
-NoticeListWidget* TestItemActivation::makeWindow(NoticeCategory category)
-{
-    m_window.reset(new NoticeListWidget(category));
-    m_signals = new WindowSignalRecorder(m_window.get());
-    new HostWiring(m_window.get(), category);
-    return m_window.get();
+    m_fixture.cleanup();
 }
 
 // The delegate's two signals are wired to the window's slots.
 void TestItemActivation::delegateSignalsReachTheWindow()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(1, LessonStart);
     addLesson(2, LessonPrepare);
-    emit delegateOf(window)->clickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    emit delegateOf(window)->enterClassRoom(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("lesson(2) enter(1) hidden(Lesson,false)"));
+    emit H::delegate(window)->clickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    emit H::delegate(window)->enterClassRoom(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("lesson(2) enter(1) hidden(Lesson,false)"));
 }
 
 // A friend-request row: tracked, viewFriendRequestDetails, then the row goes and the window shrinks.
 void TestItemActivation::friendRequestRowEmitsAndIsRemoved()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     NoticeListModel::instance()->addContactorAddNotice();
     QCOMPARE(H::listHeight(window), 176);
@@ -158,10 +119,10 @@ void TestItemActivation::friendRequestRowEmitsAndIsRemoved()
     connect(window, &NoticeListWidget::viewFriendRequestDetails, this, [&order]() {
         order += QStringLiteral("signal(rows=%1,clicks=%2) ").arg(NoticeListModel::instance()->rowCount()).arg(clicks().size());
     });
-    emit delegateOf(window)->clickedItem(viewOf(window)->model(), rowIndex(window, 1));
+    emit H::delegate(window)->clickedItem(H::view(window)->model(), H::rowIndex(window, 1));
     // Tracked before the signal; the row leaves after it.
     QCOMPARE(order, QStringLiteral("signal(rows=2,clicks=1) "));
-    QCOMPARE(m_signals->joined(), QStringLiteral("friend"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("friend"));
     QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
     QCOMPARE(H::listHeight(window), 88);
     QVERIFY(window->isVisible());
@@ -181,12 +142,12 @@ void TestItemActivation::lessonRowsEmitLessonDetails_data()
 void TestItemActivation::lessonRowsEmitLessonDetails()
 {
     QFETCH(int, type);
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(41, LessonAhead);
     addLesson(42, NoticeType(type));
     QVERIFY(window->isVisible());
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("lesson(42)"));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("lesson(42)"));
     QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
     QCOMPARE(H::rowCount(window), 1);
     verifyClick(clicks().first(), QStringLiteral("Lesson notices "), true);
@@ -195,22 +156,20 @@ void TestItemActivation::lessonRowsEmitLessonDetails()
 // A row of a type outside 0 to 6 is tracked and removed, and no view signal goes out.
 void TestItemActivation::typeOutsideKnownRangeTracksAndRemovesWithoutSignal()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
-    TestKit::putLesson(9, QStringLiteral("L"), 1800000000 + 7200);
-    NoticeListModel::instance()->addLessonNotice(LessonAhead, 9);
-    TestKit::settle();
+    TestKit::addLessonNotice(9, LessonAhead);
     CoreEngine::instance()->advanceTime(60);
     NoticeListModel::instance()->addLessonNotice(NoticeType(9), 9);
     TestKit::settle();
     QCOMPARE(H::rowCount(window), 2);
-    const GatherNoticePtr odd = rowIndex(window, 0).data(Qt::UserRole).value<GatherNoticePtr>();
+    const GatherNoticePtr odd = H::rowIndex(window, 0).data(Qt::UserRole).value<GatherNoticePtr>();
     QCOMPARE(int(odd->type()), 9);
     VyrTrack::instance()->clearEvents();
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
     // No view signal. The row came over by an in-place update, which the host never sized the window
     // for, so the removal takes the window's one counted row and hides it.
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
     QCOMPARE(clicks().size(), 1);
     QCOMPARE(H::rowCount(window), 1);
 }
@@ -218,13 +177,13 @@ void TestItemActivation::typeOutsideKnownRangeTracksAndRemovesWithoutSignal()
 // The enter-classroom button: tracked with check_up true, enterClassRoom(lessonId), the row removed.
 void TestItemActivation::enterClassRoomEmitsLessonAndRemoves()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(7, LessonStart);
     addLesson(8, LessonPrepare);
-    window->onEnterClassRoom(viewOf(window)->model(), rowIndex(window, 1));
-    QCOMPARE(m_signals->joined(), QStringLiteral("enter(7)"));
+    window->onEnterClassRoom(H::view(window)->model(), H::rowIndex(window, 1));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("enter(7)"));
     QCOMPARE(H::rowCount(window), 1);
-    QCOMPARE(rowIndex(window, 0).data(Qt::UserRole).value<GatherNoticePtr>()->lessonId(), quint64(8));
+    QCOMPARE(H::rowIndex(window, 0).data(Qt::UserRole).value<GatherNoticePtr>()->lessonId(), quint64(8));
     QCOMPARE(clicks().size(), 1);
     verifyClick(clicks().first(), QStringLiteral("Lesson notices "), true);
     QCOMPARE(H::listHeight(window), 88);
@@ -241,7 +200,7 @@ void TestItemActivation::wrongModelEndsQuietly_data()
 void TestItemActivation::wrongModelEndsQuietly()
 {
     QFETCH(bool, enter);
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     NoticeListModel* source = NoticeListModel::instance();
     QStandardItemModel other;
@@ -253,7 +212,7 @@ void TestItemActivation::wrongModelEndsQuietly()
         else
             window->onClickedItem(model, source->index(0));
     }
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
     QVERIFY(clicks().isEmpty());
     QCOMPARE(source->rowCount(), 1);
     QVERIFY(log.startingWith(QStringLiteral("clicked")).isEmpty());
@@ -262,16 +221,16 @@ void TestItemActivation::wrongModelEndsQuietly()
 // An invalid index on a click: one info line, nothing else.
 void TestItemActivation::invalidIndexOnClickLogsOnce()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     LogCapture log;
-    window->onClickedItem(viewOf(window)->model(), QModelIndex());
+    window->onClickedItem(H::view(window)->model(), QModelIndex());
     const auto lines = log.matching(QStringLiteral("clicked notice item, index is invalid"));
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first().type, QtInfoMsg);
-    QCOMPARE(lines.first().file, kWidgetFile);
+    QCOMPARE(lines.first().file, H::sourceFile());
     QVERIFY(lines.first().function.contains(QLatin1String("NoticeListWidget::onClickedItem")));
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
     QVERIFY(clicks().isEmpty());
     QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
 }
@@ -279,16 +238,16 @@ void TestItemActivation::invalidIndexOnClickLogsOnce()
 // An invalid index on the enter-classroom slot returns at the first test: its log line is never printed.
 void TestItemActivation::invalidIndexOnEnterClassRoomSaysNothing()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(1, LessonStart);
     LogCapture log;
-    window->onEnterClassRoom(viewOf(window)->model(), QModelIndex());
+    window->onEnterClassRoom(H::view(window)->model(), QModelIndex());
     QVERIFY(log.matching(QStringLiteral("clicked notice item, EnterClassRoom, index is invalid")).isEmpty());
     QVERIFY(log.startingWith(QStringLiteral("clicked")).isEmpty());
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
     QVERIFY(clicks().isEmpty());
     // The line stays in the source, with its own test.
-    QFile source(QStringLiteral(VYR_SOURCE_DIR "/") + kWidgetFile);
+    QFile source(QStringLiteral(VYR_SOURCE_DIR "/") + H::sourceFile());
     QVERIFY(source.open(QIODevice::ReadOnly));
     QVERIFY(source.readAll().contains("clicked notice item, EnterClassRoom, index is invalid"));
 }
@@ -296,16 +255,16 @@ void TestItemActivation::invalidIndexOnEnterClassRoomSaysNothing()
 // A row whose data holds no record: both slots end without a word.
 void TestItemActivation::nullRecordEndsQuietly()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
-    auto* proxy = viewOf(window)->model();
+    auto* proxy = H::view(window)->model();
     // An index of the proxy's own type that reads another model's empty row.
     QStandardItemModel empty(1, 1);
     const QModelIndex noRecord = empty.index(0, 0);
     LogCapture log;
     window->onClickedItem(proxy, noRecord);
     window->onEnterClassRoom(proxy, noRecord);
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
     QVERIFY(clicks().isEmpty());
     QVERIFY(log.lines().isEmpty());
     QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
@@ -314,11 +273,11 @@ void TestItemActivation::nullRecordEndsQuietly()
 // Clicking the last row hides the window through the removal: no pause alert, no check_up false.
 void TestItemActivation::clickingLastRowHidesThroughRemovalNotClosePath()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(5, LessonStart);
     QVERIFY(window->isVisible());
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("lesson(5) hidden(Lesson,false)"));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("lesson(5) hidden(Lesson,false)"));
     QVERIFY(!window->isVisible());
     QCOMPARE(clicks().size(), 1);
     QVERIFY(clicks().first().second.value(QStringLiteral("check_up")).toBool());
@@ -327,7 +286,7 @@ void TestItemActivation::clickingLastRowHidesThroughRemovalNotClosePath()
 // Close: tracked with check_up false, hidden, one pause alert per prepare/start row, timer stopped, category gone.
 void TestItemActivation::closeButtonPausesStartAlertsAndDeletesCategory()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     NoticeListModel::instance()->addContactorAddNotice();
     addLesson(1, LessonAhead);
     addLesson(2, LessonStart);
@@ -336,7 +295,7 @@ void TestItemActivation::closeButtonPausesStartAlertsAndDeletesCategory()
     VyrTrack::instance()->clearEvents();
     window->findChild<QToolButton*>()->click();
     // Rows newest first: 4 (ahead), 3 (prepare), 2 (start), 1 (ahead).
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Lesson,false) pause(3) pause(2)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Lesson,false) pause(3) pause(2)"));
     QVERIFY(!window->isVisible());
     QVERIFY(!H::closeTimer(window)->isActive());
     QCOMPARE(H::listHeight(window), 0);
@@ -346,26 +305,12 @@ void TestItemActivation::closeButtonPausesStartAlertsAndDeletesCategory()
     verifyClick(clicks().first(), QStringLiteral("Lesson notices "), false);
 }
 
-// The close loop reads the rows when the window is already hidden and before any is deleted.
-void TestItemActivation::closeLoopReadsRowsWhileHiddenBeforeDeleting()
-{
-    NoticeListWidget* window = makeWindow(Lesson);
-    addLesson(1, LessonStart);
-    addLesson(2, LessonStart);
-    QStringList seen;
-    connect(window, &NoticeListWidget::pauseLessonStartAlert, this, [&seen, window](qulonglong id) {
-        seen << QStringLiteral("%1:%2:%3").arg(id).arg(window->isVisible()).arg(NoticeListModel::instance()->rowCount());
-    });
-    window->onClickedCloseBtn();
-    QCOMPARE(seen, (QStringList{QStringLiteral("2:0:2"), QStringLiteral("1:0:2")}));
-}
-
 // The close button, step by step: the click is tracked while the window still shows; the window is
 // hidden before noticeWidgetHidden; the pause alerts follow that signal and read the rows while the window
 // is hidden and nothing is deleted yet; the category goes last, after the timer has stopped.
 void TestItemActivation::closeButtonStepsInOrder()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     addLesson(1, LessonStart);
     addLesson(2, LessonPrepare);
     QVERIFY(window->isVisible());
@@ -404,11 +349,11 @@ void TestItemActivation::closeButtonStepsInOrder()
 // In the Activity window the loop emits nothing: its rows are never of types 3 or 4.
 void TestItemActivation::activityWindowCloseLoopEmitsNothing()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     addLesson(1, LessonStart);
     window->onClickedCloseBtn();
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Lesson), 1);
 }
 
@@ -429,7 +374,7 @@ void TestItemActivation::clickTitleLosesCountKeepsBlank()
 {
     QFETCH(QString, title);
     QFETCH(QString, tracked);
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     window->findChild<QLabel*>(QStringLiteral("titleLabel"))->setText(title);
     window->onClickedCloseBtn();
@@ -440,11 +385,11 @@ void TestItemActivation::clickTitleLosesCountKeepsBlank()
 // Every click event gets its own push_id.
 void TestItemActivation::pushIdIsNewForEveryClick()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     for (int i = 0; i < 3; ++i)
         NoticeListModel::instance()->addContactorAddNotice();
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
     window->onClickedCloseBtn();
     QSet<QString> ids;
     for (const VyrTrack::Event& event : clicks())

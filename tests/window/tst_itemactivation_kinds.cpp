@@ -7,8 +7,8 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
+#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
-#include "ScreenCorner.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
@@ -17,29 +17,15 @@
 #include <QListView>
 #include <QToolButton>
 #include <QtTest>
-#include <memory>
 
 using namespace VyrEngine;
 namespace H = NoticeWindowHarness;
 
 namespace {
 
-QListView* viewOf(NoticeListWidget* window)
-{
-    return window->findChild<QListView*>(QStringLiteral("noticeListView"));
-}
-
-QModelIndex rowIndex(NoticeListWidget* window, int row)
-{
-    return viewOf(window)->model()->index(row, 0);
-}
-
 int clickCount()
 {
-    int count = 0;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events())
-        count += event.first == QLatin1String("PushClick") ? 1 : 0;
-    return count;
+    return KitFixture::trackedEvents(QStringLiteral("PushClick")).size();
 }
 
 QSharedPointer<AppendixDataPod> appendix(quint64 activityId)
@@ -75,9 +61,7 @@ private slots:
     void closeLoopSkipsOtherKinds();
 
 private:
-    NoticeListWidget* makeWindow();
-    std::unique_ptr<NoticeListWidget> m_window;
-    WindowSignalRecorder* m_signals = nullptr;
+    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost};
 };
 
 void TestItemActivationKinds::initTestCase()
@@ -87,33 +71,22 @@ void TestItemActivationKinds::initTestCase()
 
 void TestItemActivationKinds::init()
 {
-    TestKit::resetAll();
-    H::useTestScreen();
+    m_fixture.init();
 }
 
 void TestItemActivationKinds::cleanup()
 {
-    m_window.reset();
-    ScreenCorner::clearOverride();
-    TestKit::resetAll();
-}
-
-NoticeListWidget* TestItemActivationKinds::makeWindow()
-{
-    m_window.reset(new NoticeListWidget(Activity));
-    m_signals = new WindowSignalRecorder(m_window.get());
-    new HostWiring(m_window.get(), Activity);
-    return m_window.get();
+    m_fixture.cleanup();
 }
 
 // A cluster notice row: viewClusterNoticeDetails(contentId), tracked, removed.
 void TestItemActivationKinds::clusterNoticeRowEmitsContentId()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     NoticeListModel::instance()->addClusterNoticeRemindNotice(QStringLiteral("Bring rulers"), 7001, 500, 9);
     QCOMPARE(H::rowCount(window), 1);
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("cluster(7001) hidden(Activity,false)"));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("cluster(7001) hidden(Activity,false)"));
     QCOMPARE(clickCount(), 1);
     QCOMPARE(NoticeListModel::instance()->rowCount(), 0);
 }
@@ -121,20 +94,20 @@ void TestItemActivationKinds::clusterNoticeRowEmitsContentId()
 // A study report row: viewStudyReportNoticeDetails(lessonId).
 void TestItemActivationKinds::studyReportRowEmitsLessonId()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     TestKit::putLesson(61, QStringLiteral("Ratios"), 1800000000 - 3600);
     NoticeListModel::instance()->addStudyReportNotice(61);
     TestKit::settle();
     QCOMPARE(H::rowCount(window), 1);
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("report(61) hidden(Activity,false)"));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("report(61) hidden(Activity,false)"));
     QCOMPARE(clickCount(), 1);
 }
 
 // A study activity row: viewStudyActivityNoticeDetails with the two records of the row.
 void TestItemActivationKinds::studyActivityRowEmitsBothRecords()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     QSharedPointer<AppendixDataPod> pod = appendix(88);
     QSharedPointer<StudyActivityNoticeWidgetDisplayPod> shown = display(QStringLiteral("Weekly quiz"));
     QSharedPointer<AppendixDataPod> gotPod;
@@ -145,16 +118,16 @@ void TestItemActivationKinds::studyActivityRowEmitsBothRecords()
                 gotDisplay = d;
             });
     NoticeListModel::instance()->addStudyActivityNotice(pod, shown);
-    window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
+    window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
     QCOMPARE(gotPod, pod);
     QCOMPARE(gotDisplay, shown);
-    QCOMPARE(m_signals->joined(), QStringLiteral("activity(88,Weekly quiz) hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("activity(88,Weekly quiz) hidden(Activity,false)"));
 }
 
 // Rows of every Activity kind, clicked newest first, each give their own signal.
 void TestItemActivationKinds::clickOrderFollowsTypeTable()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     auto* core = CoreEngine::instance();
     NoticeListModel::instance()->addContactorAddNotice();
     core->advanceTime(60);
@@ -167,19 +140,19 @@ void TestItemActivationKinds::clickOrderFollowsTypeTable()
     NoticeListModel::instance()->addStudyActivityNotice(appendix(4), display(QStringLiteral("h")));
     QCOMPARE(H::rowCount(window), 4);
     for (int i = 0; i < 4; ++i)
-        window->onClickedItem(viewOf(window)->model(), rowIndex(window, 0));
-    QCOMPARE(m_signals->joined(), QStringLiteral("activity(4,h) report(3) cluster(5) friend hidden(Activity,false)"));
+        window->onClickedItem(H::view(window)->model(), H::rowIndex(window, 0));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("activity(4,h) report(3) cluster(5) friend hidden(Activity,false)"));
     QCOMPARE(clickCount(), 4);
 }
 
 // The close button's loop emits no pause alert for Activity kinds.
 void TestItemActivationKinds::closeLoopSkipsOtherKinds()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     NoticeListModel::instance()->addClusterNoticeRemindNotice(QStringLiteral("n"), 5, 500, 1);
     NoticeListModel::instance()->addStudyActivityNotice(appendix(4), display(QStringLiteral("h")));
     window->findChild<QToolButton*>()->click();
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
     QCOMPARE(NoticeListModel::instance()->rowCount(), 0);
 }
 

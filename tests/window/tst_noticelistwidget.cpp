@@ -3,8 +3,9 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
+#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
-#include "ScreenCorner.h"
+#include "PixelProbe.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
 
@@ -21,21 +22,17 @@
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
-#include <memory>
 
 using namespace VyrEngine;
 namespace H = NoticeWindowHarness;
 
 namespace {
 
-GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row)
-{
-    return model->index(row, 0).data(Qt::UserRole).value<GatherNoticePtr>();
-}
+using TestKit::noticeAt;
 
 QAbstractItemModel* proxyOf(NoticeListWidget* window)
 {
-    return window->findChild<QListView*>(QStringLiteral("noticeListView"))->model();
+    return H::view(window)->model();
 }
 
 QStringList alertsSeen;
@@ -81,9 +78,7 @@ private slots:
     void styleSheetComesFromResource();
 
 private:
-    NoticeListWidget* makeWindow(NoticeCategory category);
-    std::unique_ptr<NoticeListWidget> m_window;
-    std::unique_ptr<NoticeListWidget> m_other;
+    NoticeWindowFixture m_fixture;
 };
 
 void TestNoticeListWidget::initTestCase()
@@ -93,22 +88,12 @@ void TestNoticeListWidget::initTestCase()
 
 void TestNoticeListWidget::init()
 {
-    TestKit::resetAll();
-    H::useTestScreen();
+    m_fixture.init();
 }
 
 void TestNoticeListWidget::cleanup()
 {
-    m_window.reset();
-    m_other.reset();
-    ScreenCorner::clearOverride();
-    TestKit::resetAll();
-}
-
-NoticeListWidget* TestNoticeListWidget::makeWindow(NoticeCategory category)
-{
-    m_window.reset(new NoticeListWidget(category));
-    return m_window.get();
+    m_fixture.cleanup();
 }
 
 // A new window, before any notice: hidden, list height 0, title with 0.
@@ -124,7 +109,7 @@ void TestNoticeListWidget::newWindowIsHiddenEmptyWithZeroInTitle()
 {
     QFETCH(int, category);
     QFETCH(QString, title);
-    NoticeListWidget* window = makeWindow(NoticeCategory(category));
+    NoticeListWidget* window = m_fixture.makeWindow(NoticeCategory(category));
     QVERIFY(!window->isVisible());
     QCOMPARE(H::listHeight(window), 0);
     QCOMPARE(window->getContentWidgetSize(), QSize(384, 50));
@@ -136,7 +121,7 @@ void TestNoticeListWidget::newWindowIsHiddenEmptyWithZeroInTitle()
 // Frameless, always-on-top tool window with a translucent background, no focus, mouse tracking.
 void TestNoticeListWidget::windowFlagsAndAttributes()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     const Qt::WindowFlags flags = window->windowFlags();
     QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
     QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
@@ -150,7 +135,7 @@ void TestNoticeListWidget::windowFlagsAndAttributes()
 // The tree of panels with its object names, margins and fixed sizes.
 void TestNoticeListWidget::widgetTreeNamesAndSizes()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     auto* mainLayout = qobject_cast<QHBoxLayout*>(window->layout());
     QVERIFY(mainLayout);
     QCOMPARE(mainLayout->contentsMargins(), QMargins(20, 20, 20, 20));
@@ -177,7 +162,7 @@ void TestNoticeListWidget::widgetTreeNamesAndSizes()
     QCOMPARE(panelLayout->itemAt(2)->widget(), listWidget);
     QCOMPARE(listWidget->layout()->contentsMargins(), QMargins(10, 0, 10, 8));
 
-    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    auto* view = H::view(window);
     QVERIFY(view);
     QCOMPARE(view->parentWidget(), listWidget);
     QVERIFY(window->findChild<QLabel*>(QStringLiteral("titleLabel")));
@@ -187,7 +172,7 @@ void TestNoticeListWidget::widgetTreeNamesAndSizes()
 // Title row: label, stretch, 18 x 18 close button with tool tip and hand cursor.
 void TestNoticeListWidget::titleMarginsAndCloseButton()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     auto* titleWidget = window->findChild<QWidget*>(QStringLiteral("titleWidget"));
     auto* layout = qobject_cast<QHBoxLayout*>(titleWidget->layout());
     QVERIFY(layout);
@@ -208,8 +193,8 @@ void TestNoticeListWidget::titleMarginsAndCloseButton()
 // The list view's settings as the window sets them.
 void TestNoticeListWidget::listViewSettings()
 {
-    NoticeListWidget* window = makeWindow(Activity);
-    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
+    auto* view = H::view(window);
     QVERIFY(!view->testAttribute(Qt::WA_MacShowFocusRect));
     QCOMPARE(view->contextMenuPolicy(), Qt::CustomContextMenu);
     QCOMPARE(view->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
@@ -227,12 +212,10 @@ void TestNoticeListWidget::listViewSettings()
 // The title's number is this window's row count after the filter, refreshed by adjustListHeight.
 void TestNoticeListWidget::titleCountsOnlyThisCategoryAfterFilter()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     NoticeListModel::instance()->addContactorAddNotice();
-    TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
-    NoticeListModel::instance()->addLessonNotice(LessonStart, 1);
-    TestKit::settle();
+    TestKit::addLessonNotice(1, LessonStart);
     QCOMPARE(NoticeListModel::instance()->rowCount(), 3);
     QCOMPARE(H::title(window), QStringLiteral("Activity notices (0)"));
     window->adjustListHeight(5);
@@ -242,26 +225,25 @@ void TestNoticeListWidget::titleCountsOnlyThisCategoryAfterFilter()
 // Rows of the window's category only, sorted by time, newest first; equal times keep source order.
 void TestNoticeListWidget::proxyKeepsCategoryNewestFirst()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     QAbstractItemModel* proxy = proxyOf(window);
     new QAbstractItemModelTester(proxy, QAbstractItemModelTester::FailureReportingMode::QtTest, this);
     auto* core = CoreEngine::instance();
     const QList<quint64> lessons = {11, 12, 13};
     for (quint64 id : lessons) {
-        TestKit::putLesson(id, QStringLiteral("L%1").arg(id), 1800000000 + 7200);
         core->advanceTime(60);
-        NoticeListModel::instance()->addLessonNotice(LessonAhead, id);
-        TestKit::settle();
+        TestKit::addLessonNotice(id, LessonAhead);
         NoticeListModel::instance()->addContactorAddNotice();
     }
     QCOMPARE(proxy->rowCount(), 3);
     QCOMPARE(noticeAt(proxy, 0)->lessonId(), quint64(13));
     QCOMPARE(noticeAt(proxy, 1)->lessonId(), quint64(12));
     QCOMPARE(noticeAt(proxy, 2)->lessonId(), quint64(11));
-    // An update gives lesson 11 a newer time: it rises to the top on the reset.
+    // An update gives lesson 11 a newer time: it rises to the top on the reset, still one row of three.
     core->advanceTime(60);
     NoticeListModel::instance()->addLessonNotice(LessonStart, 11);
     TestKit::settle();
+    QCOMPARE(proxy->rowCount(), 3);
     QCOMPARE(noticeAt(proxy, 0)->lessonId(), quint64(11));
 }
 
@@ -310,17 +292,15 @@ void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity_data()
 void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity()
 {
     QFETCH(int, type);
-    NoticeListWidget* window = makeWindow(Activity);
-    m_other.reset(new NoticeListWidget(Lesson));
-    TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
-    NoticeListModel::instance()->addLessonNotice(LessonAhead, 1);
-    TestKit::settle();
-    QCOMPARE(proxyOf(m_other.get())->rowCount(), 1);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
+    NoticeListWidget* other = m_fixture.makeOtherWindow(Lesson);
+    TestKit::addLessonNotice(1, LessonAhead);
+    QCOMPARE(proxyOf(other)->rowCount(), 1);
     QCOMPARE(proxyOf(window)->rowCount(), 0);
     NoticeListModel::instance()->addLessonNotice(NoticeType(type), 1);
     TestKit::settle();
     QCOMPARE(NoticeListModel::instance()->rowCount(), 1);
-    QCOMPARE(proxyOf(m_other.get())->rowCount(), 0);
+    QCOMPARE(proxyOf(other)->rowCount(), 0);
     QCOMPARE(proxyOf(window)->rowCount(), 1);
     QCOMPARE(int(noticeAt(proxyOf(window), 0)->type()), type);
     QCOMPARE(noticeAt(proxyOf(window), 0)->lessonId(), quint64(1));
@@ -329,7 +309,7 @@ void TestNoticeListWidget::typeOutsideLessonRangeBelongsToActivity()
 // Notices of the same second keep the order in which they came, between older and newer ones.
 void TestNoticeListWidget::proxyKeepsSourceOrderForEqualTimes()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     QAbstractItemModel* proxy = proxyOf(window);
     new QAbstractItemModelTester(proxy, QAbstractItemModelTester::FailureReportingMode::QtTest, this);
     auto* core = CoreEngine::instance();
@@ -357,7 +337,7 @@ void TestNoticeListWidget::proxyKeepsSourceOrderForEqualTimes()
 // Times are compared as unsigned 32-bit numbers: those past 2^31 are newer than those below it.
 void TestNoticeListWidget::proxyComparesTimesUnsigned()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     QAbstractItemModel* proxy = proxyOf(window);
     auto* core = CoreEngine::instance();
     const QList<qint64> times = {Q_INT64_C(2147483648) + 5,  // 2^31 + 5
@@ -397,7 +377,7 @@ void TestNoticeListWidget::delegateTakesChinaFormFromWindowCountry()
     const QLocale before;
     const auto restore = qScopeGuard([before]() { QLocale::setDefault(before); });
     QLocale::setDefault(locale);
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     QCOMPARE(window->locale().country(), locale.country());
     QLocale::setDefault(before);
 
@@ -406,7 +386,7 @@ void TestNoticeListWidget::delegateTakesChinaFormFromWindowCountry()
     TestKit::settle();
     QAbstractItemModel* proxy = proxyOf(window);
     QCOMPARE(proxy->rowCount(), 1);
-    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    auto* view = H::view(window);
     auto* delegate = qobject_cast<NoticeListViewItem*>(view->itemDelegate());
     QVERIFY(delegate);
     const QFontMetrics metrics(view->font());
@@ -420,24 +400,24 @@ void TestNoticeListWidget::delegateTakesChinaFormFromWindowCountry()
 // Only the Lesson window restarts its hold time on lessonNoticeUpdated.
 void TestNoticeListWidget::onlyLessonWindowListensToLessonUpdates()
 {
-    NoticeListWidget* lesson = makeWindow(Lesson);
-    m_other.reset(new NoticeListWidget(Activity));
+    NoticeListWidget* lesson = m_fixture.makeWindow(Lesson);
+    NoticeListWidget* other = m_fixture.makeOtherWindow(Activity);
     QVERIFY(!H::closeTimer(lesson)->isActive());
-    QVERIFY(!H::closeTimer(m_other.get())->isActive());
+    QVERIFY(!H::closeTimer(other)->isActive());
     emit NoticeListModel::instance()->lessonNoticeUpdated();
     QVERIFY(H::closeTimer(lesson)->isActive());
     QCOMPARE(H::closeTimer(lesson)->remainingTime() > 14000, true);
-    QVERIFY(!H::closeTimer(m_other.get())->isActive());
+    QVERIFY(!H::closeTimer(other)->isActive());
 }
 
 // The shadow border is translucent and darkest next to the panel; the panel is opaque white.
 void TestNoticeListWidget::paintDrawsShadowAroundWhitePanel()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     window->adjustListHeight(0);
     window->popNoticeListWidget(0);
-    const QImage image = window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    const QImage image = PixelProbe::grab(window);
     QCOMPARE(image.size(), QSize(424, 178));
     const int midY = image.height() / 2;
     const int midX = image.width() / 2;
@@ -485,7 +465,7 @@ void TestNoticeListWidget::mouseMoveComparesWithoutMapping()
 {
     QFETCH(QPoint, pos);
     QFETCH(int, shape);
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     window->adjustListHeight(0);
     window->popNoticeListWidget(0);
@@ -499,9 +479,9 @@ void TestNoticeListWidget::mouseMoveComparesWithoutMapping()
 // The close button and the list carry translated accessible names.
 void TestNoticeListWidget::accessibleNamesAreTranslated()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     auto* button = window->findChild<QToolButton*>();
-    auto* view = window->findChild<QListView*>(QStringLiteral("noticeListView"));
+    auto* view = H::view(window);
     QCOMPARE(button->accessibleName(), QStringLiteral("Close notices"));
     QCOMPARE(view->accessibleName(), QStringLiteral("Notices"));
     QCOMPARE(window->accessibleName(), QStringLiteral("Lesson notices (0)"));
@@ -515,7 +495,7 @@ void TestNoticeListWidget::accessibleNamesAreTranslated()
 // Popping the window raises an accessibility alert on it, so a screen reader announces the notices.
 void TestNoticeListWidget::popRaisesAccessibilityAlert()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     window->setObjectName(QStringLiteral("lessonWindow"));
     alertsSeen.clear();
     QAccessible::installUpdateHandler(recordAlerts);
@@ -535,7 +515,7 @@ void TestNoticeListWidget::popRaisesAccessibilityAlert()
 // The style sheet of the resource reaches the window and names the five panels.
 void TestNoticeListWidget::styleSheetComesFromResource()
 {
-    NoticeListWidget* window = makeWindow(Activity);
+    NoticeListWidget* window = m_fixture.makeWindow(Activity);
     QFile file(QStringLiteral(":/im/qss/notice/NoticeListWidget.qss"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString sheet = QString::fromUtf8(file.readAll());

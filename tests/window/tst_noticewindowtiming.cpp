@@ -1,7 +1,9 @@
+#include "HostWiring.h"
 #include "LogCapture.h"
 #include "Movable.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
+#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
 #include "ScreenCorner.h"
 #include "TestKit.h"
@@ -14,31 +16,11 @@
 #include <QToolButton>
 #include <QRandomGenerator>
 #include <QtTest>
-#include <memory>
 
 using namespace VyrEngine;
 namespace H = NoticeWindowHarness;
 
 namespace {
-const QString kWidgetFile = QStringLiteral("src/plugins/im/VyrNotice/NoticeListWidget.cpp");
-
-// Adds `count` Activity notices, sizing the window for each as a host does.
-void addNotices(NoticeListWidget* window, int count)
-{
-    for (int i = 0; i < count; ++i) {
-        NoticeListModel::instance()->addContactorAddNotice();
-        window->adjustListHeight(0);
-    }
-}
-
-// Removes the newest Activity notice and tells the window.
-void removeOne(NoticeListWidget* window)
-{
-    const QModelIndex first = NoticeListModel::instance()->index(NoticeListModel::instance()->rowCount() - 1);
-    NoticeListModel::instance()->delNotice(first);
-    window->adjustListHeight(1);
-}
-
 // Appends the window's position at every move it makes.
 class MoveRecorder : public QObject
 {
@@ -142,10 +124,7 @@ private slots:
     void anyOrderOfOperationsStaysConsistent();
 
 private:
-    NoticeListWidget* makeWindow(NoticeCategory category = Activity);
-    NoticeListWidget* openWindow(int notices);
-    std::unique_ptr<NoticeListWidget> m_window;
-    WindowSignalRecorder* m_signals = nullptr;
+    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals};
 };
 
 void TestNoticeWindowTiming::initTestCase()
@@ -155,36 +134,12 @@ void TestNoticeWindowTiming::initTestCase()
 
 void TestNoticeWindowTiming::init()
 {
-    TestKit::resetAll();
-    H::useTestScreen();
-    H::movePointer(H::pointOffWindows());
+    m_fixture.init();
 }
 
 void TestNoticeWindowTiming::cleanup()
 {
-    m_window.reset();
-    m_signals = nullptr;
-    ScreenCorner::clearOverride();
-    H::movePointer(H::pointOffWindows());
-    TestKit::resetAll();
-}
-
-NoticeListWidget* TestNoticeWindowTiming::makeWindow(NoticeCategory category)
-{
-    m_window.reset(new NoticeListWidget(category));
-    m_signals = new WindowSignalRecorder(m_window.get());
-    return m_window.get();
-}
-
-NoticeListWidget* TestNoticeWindowTiming::openWindow(int notices)
-{
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, notices);
-    window->popNoticeListWidget(0);
-    if (!QTest::qWaitForWindowExposed(window))
-        return nullptr;
-    H::finish(H::animation(window, "m_popAnimation"));
-    return window;
+    m_fixture.cleanup();
 }
 
 // 1, 2, 3 rows: 88 each; the fourth adds half a row; from the fifth on nothing grows.
@@ -204,8 +159,8 @@ void TestNoticeWindowTiming::heightGoingUp()
 {
     QFETCH(int, count);
     QFETCH(int, height);
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, count);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, count);
     QCOMPARE(H::listHeight(window), height);
     QCOMPARE(window->getContentWidgetSize(), QSize(384, height + 50));
     QCOMPARE(window->height(), height + 90);
@@ -236,9 +191,9 @@ void TestNoticeWindowTiming::heightGoingDown()
     QFETCH(int, before);
     QFETCH(int, height);
     QFETCH(bool, visible);
-    NoticeListWidget* window = openWindow(before);
+    NoticeListWidget* window = m_fixture.openWindow(before);
     QVERIFY(window);
-    removeOne(window);
+    H::removeNewestNotice(window);
     QCOMPARE(H::listHeight(window), height);
     QCOMPARE(window->isVisible(), visible);
     QCOMPARE(H::title(window), QStringLiteral("Activity notices (%1)").arg(before - 1));
@@ -249,11 +204,11 @@ void TestNoticeWindowTiming::heightGoingDown()
 // The fifth notice: same size, but the title counts it and the hold starts again.
 void TestNoticeWindowTiming::fifthNoticeChangesTitleAndHoldButNotSize()
 {
-    NoticeListWidget* window = openWindow(4);
+    NoticeListWidget* window = m_fixture.openWindow(4);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     QCOMPARE(H::listHeight(window), 308);
     QCOMPARE(window->height(), 398);
     QCOMPARE(H::title(window), QStringLiteral("Activity notices (5)"));
@@ -263,7 +218,7 @@ void TestNoticeWindowTiming::fifthNoticeChangesTitleAndHoldButNotSize()
 // A change value other than 0 and 1 updates the title and re-applies the height.
 void TestNoticeWindowTiming::otherChangeValuesOnlyReapplyHeight()
 {
-    NoticeListWidget* window = openWindow(2);
+    NoticeListWidget* window = m_fixture.openWindow(2);
     QVERIFY(window);
     NoticeListModel::instance()->addContactorAddNotice();
     window->setFixedHeight(100);
@@ -276,25 +231,25 @@ void TestNoticeWindowTiming::otherChangeValuesOnlyReapplyHeight()
 // The top left corner stays where it is while the window grows or shrinks.
 void TestNoticeWindowTiming::sizingNeverMovesTheWindow()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     const QPoint pos = window->pos();
-    addNotices(window, 2);
+    H::addActivityNotices(window, 2);
     QCOMPARE(window->pos(), pos);
-    removeOne(window);
+    H::removeNewestNotice(window);
     QCOMPARE(window->pos(), pos);
 }
 
 // Each call logs the category as a number, at info level, from the window's source.
 void TestNoticeWindowTiming::adjustLogsCategoryAsNumber()
 {
-    NoticeListWidget* window = makeWindow(Lesson);
+    NoticeListWidget* window = m_fixture.makeWindow(Lesson);
     LogCapture log;
     window->adjustListHeight(3);
     const auto lines = log.matching(QStringLiteral("adjust NoticeListWidget Height, noticeCategory: 1"));
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first().type, QtInfoMsg);
-    QCOMPARE(lines.first().file, kWidgetFile);
+    QCOMPARE(lines.first().file, H::sourceFile());
     QVERIFY(lines.first().function.contains(QLatin1String("NoticeListWidget::adjustListHeight")));
 }
 
@@ -327,8 +282,8 @@ void TestNoticeWindowTiming::cornerForEachTaskbarEdge()
     QFETCH(int, offset);
     QFETCH(QPoint, expected);
     ScreenCorner::setOverride({static_cast<TaskbarEdge>(edge), geometry, available});
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(offset);
     QCOMPARE(window->pos(), expected);
 
@@ -345,8 +300,8 @@ void TestNoticeWindowTiming::cornerForEachTaskbarEdge()
 // An edge that is none of the four: the pop keeps the last positions, the slide goes to the null point.
 void TestNoticeWindowTiming::unknownEdgeKeepsLastPopPositionAndMovesToNullPoint()
 {
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(0);
     const QPoint corner = window->pos();
     QCOMPARE(corner, QPoint(376, 382));
@@ -367,8 +322,8 @@ void TestNoticeWindowTiming::primaryScreenIsUsedWithoutOverride()
     QCOMPARE(screen.availableGeometry, QGuiApplication::primaryScreen()->availableGeometry());
     // The offscreen screen has no taskbar: the edge reads as bottom.
     QCOMPARE(screen.taskbarEdge, TaskbarEdge::Bottom);
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(0);
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     QCOMPARE(window->pos(), QPoint(available.width() - 424, available.height() - 178));
@@ -377,8 +332,8 @@ void TestNoticeWindowTiming::primaryScreenIsUsedWithoutOverride()
 // The fade-in runs 500 ms from 0 to 1, linear, and its object goes when it ends.
 void TestNoticeWindowTiming::popFadesInOver500msAndDeletesItself()
 {
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(0);
     QVERIFY(window->isVisible());
     QPointer<QPropertyAnimation> fade = H::animation(window, "m_popAnimation");
@@ -402,8 +357,8 @@ void TestNoticeWindowTiming::popFadesInOver500msAndDeletesItself()
 // stop() emits no finished(): a second pop restarts the same object, from 0, with its one connection.
 void TestNoticeWindowTiming::secondPopRestartsSameAnimation()
 {
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(0);
     QPointer<QPropertyAnimation> fade = H::animation(window, "m_popAnimation");
     fade->setCurrentTime(300);
@@ -422,7 +377,7 @@ void TestNoticeWindowTiming::secondPopRestartsSameAnimation()
 // The slide starts where the window stands, also when it cuts off a slide under way.
 void TestNoticeWindowTiming::moveSlidesFromWhereItStands()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     window->move(100, 100);
     window->adjustNoticeListWidgetPos(0);
@@ -446,7 +401,7 @@ void TestNoticeWindowTiming::moveSlidesFromWhereItStands()
 // The pop doesn't start the hold: that is adjustListHeight's.
 void TestNoticeWindowTiming::popLeavesTimerAlone()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     window->popNoticeListWidget(0);
     QVERIFY(!H::closeTimer(window)->isActive());
     QVERIFY(!H::closeTimer(window)->isPaused());
@@ -455,7 +410,7 @@ void TestNoticeWindowTiming::popLeavesTimerAlone()
 // Hidden --adjustListHeight(0)--> Hidden: flag cleared, 15 s single-shot hold started, list grown.
 void TestNoticeWindowTiming::hiddenAdjustAdd()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     // A drag while hidden sets the flag; the hidden window's adjust clears it.
     QMouseEvent press(QEvent::MouseButtonPress, QPoint(100, 30), QPoint(100, 30), Qt::LeftButton, Qt::LeftButton,
                       Qt::NoModifier);
@@ -464,7 +419,7 @@ void TestNoticeWindowTiming::hiddenAdjustAdd()
     QCoreApplication::sendEvent(window, &press);
     QCoreApplication::sendEvent(window, &move);
     QVERIFY(window->isPosChanged());
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     QVERIFY(!window->isPosChanged());
     VyrPauseableTimer* timer = H::closeTimer(window);
     QVERIFY(timer->isActive());
@@ -477,8 +432,8 @@ void TestNoticeWindowTiming::hiddenAdjustAdd()
 // Hidden --pop--> Open: in the corner, shown, fading in.
 void TestNoticeWindowTiming::hiddenPop()
 {
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(0);
     QVERIFY(window->isVisible());
     QCOMPARE(window->pos(), QPoint(376, 382));
@@ -489,11 +444,11 @@ void TestNoticeWindowTiming::hiddenPop()
 // Open --adjustListHeight(0)--> Open: the hold starts again at the full 15000 ms.
 void TestNoticeWindowTiming::openAdjustAddRestartsFullHold()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     QVERIFY(timer->remainingTime() > 14960);
     QCOMPARE(H::listHeight(window), 176);
 }
@@ -501,7 +456,7 @@ void TestNoticeWindowTiming::openAdjustAddRestartsFullHold()
 // Open --onLessonNoticeUpdated--> Open: the hold starts again at the full 15000 ms.
 void TestNoticeWindowTiming::openLessonUpdateRestartsFullHold()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
@@ -513,7 +468,7 @@ void TestNoticeWindowTiming::openLessonUpdateRestartsFullHold()
 // Open --pointer enters--> Held: the hold is paused.
 void TestNoticeWindowTiming::openPointerEntersHolds()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     H::movePointer(H::pointOn(window));
     QTRY_VERIFY(H::closeTimer(window)->isPaused());
@@ -523,7 +478,7 @@ void TestNoticeWindowTiming::openPointerEntersHolds()
 // Held --pointer leaves--> Open: the count goes on with what remained.
 void TestNoticeWindowTiming::heldPointerLeavesResumesWithWhatRemained()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
@@ -544,13 +499,13 @@ void TestNoticeWindowTiming::heldPointerLeavesResumesWithWhatRemained()
 // Held --adjustListHeight(0)--> Held: the paused count is reset, not started; the full 15 s run after leaving.
 void TestNoticeWindowTiming::heldAdjustAddResetsPausedCount()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
     H::movePointer(H::pointOn(window));
     QTRY_VERIFY(timer->isPaused());
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     QVERIFY(timer->isPaused());
     QVERIFY(!timer->isActive());
     QCOMPARE(timer->remainingTime(), 15000);
@@ -562,7 +517,7 @@ void TestNoticeWindowTiming::heldAdjustAddResetsPausedCount()
 // Held --onLessonNoticeUpdated--> Held: the paused count is reset, not started.
 void TestNoticeWindowTiming::heldLessonUpdateResetsPausedCount()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
@@ -584,7 +539,7 @@ void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows_data()
 void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows()
 {
     QFETCH(bool, held);
-    NoticeListWidget* window = openWindow(3);
+    NoticeListWidget* window = m_fixture.openWindow(3);
     QVERIFY(window);
     VyrPauseableTimer* timer = H::closeTimer(window);
     QTRY_VERIFY(timer->remainingTime() < 14960);
@@ -592,13 +547,13 @@ void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows()
         H::movePointer(H::pointOn(window));
         QTRY_VERIFY(timer->isPaused());
     }
-    removeOne(window);
+    H::removeNewestNotice(window);
     QCOMPARE(H::listHeight(window), 176);
     QCOMPARE(H::title(window), QStringLiteral("Activity notices (2)"));
     QVERIFY(window->isVisible());
     QCOMPARE(timer->isPaused(), held);
     QVERIFY(timer->remainingTime() < 14960);
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
 }
 
 // Open or Held --adjustListHeight(1) leaving less than 88--> Hidden: signal, log, flag cleared, timer stopped.
@@ -612,7 +567,7 @@ void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides_data()
 void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides()
 {
     QFETCH(bool, held);
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     if (held) {
         H::movePointer(H::pointOn(window));
@@ -620,12 +575,12 @@ void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides()
     }
     window->findChild<Movable*>()->signalPosChanged();
     LogCapture log;
-    removeOne(window);
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,true)"));
+    H::removeNewestNotice(window);
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,true)"));
     const auto lines = log.matching(QStringLiteral("hide NoticeListWidget, noticeCategory: 0 true"));
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first().type, QtInfoMsg);
-    QCOMPARE(lines.first().file, kWidgetFile);
+    QCOMPARE(lines.first().file, H::sourceFile());
     QVERIFY(!window->isVisible());
     QVERIFY(!window->isPosChanged());
     QCOMPARE(H::listHeight(window), 0);
@@ -636,7 +591,7 @@ void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides()
 // Open --timeout--> FadingOut: a 500 ms fade from 1 to 0.
 void TestNoticeWindowTiming::openTimeoutStartsFadeOut()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     QVERIFY(H::closeTimer(window)->expire());
     QPropertyAnimation* fade = H::animation(window, "m_opacityAnimation");
@@ -647,17 +602,15 @@ void TestNoticeWindowTiming::openTimeoutStartsFadeOut()
     QCOMPARE(fade->endValue().toDouble(), 0.0);
     QCOMPARE(fade->state(), QAbstractAnimation::Running);
     QVERIFY(window->isVisible());
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
 }
 
 // FadingOut --end--> Hidden: hidden, signal, all notices of the category gone (no removal signal), nothing tracked.
 void TestNoticeWindowTiming::fadingOutEndHidesAndDeletesCategory()
 {
-    NoticeListWidget* window = openWindow(2);
+    NoticeListWidget* window = m_fixture.openWindow(2);
     QVERIFY(window);
-    TestKit::putLesson(1, QStringLiteral("L"), 1800000000 + 7200);
-    NoticeListModel::instance()->addLessonNotice(LessonStart, 1);
-    TestKit::settle();
+    TestKit::addLessonNotice(1, LessonStart);
     window->findChild<Movable*>()->signalPosChanged();
     int removals = 0;
     connect(NoticeListModel::instance(), &NoticeListModel::removeNoticeListItem, this, [&removals]() { ++removals; });
@@ -667,7 +620,7 @@ void TestNoticeWindowTiming::fadingOutEndHidesAndDeletesCategory()
     H::finish(fade);
     QVERIFY(fade.isNull());
     QVERIFY(!window->isVisible());
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,true)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,true)"));
     QVERIFY(!window->isPosChanged());
     QCOMPARE(H::listHeight(window), 0);
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Activity), 0);
@@ -688,7 +641,7 @@ void TestNoticeWindowTiming::closeButtonHidesFromEachVisibleState_data()
 void TestNoticeWindowTiming::closeButtonHidesFromEachVisibleState()
 {
     QFETCH(QString, state);
-    NoticeListWidget* window = openWindow(2);
+    NoticeListWidget* window = m_fixture.openWindow(2);
     QVERIFY(window);
     if (state == QLatin1String("held")) {
         H::movePointer(H::pointOn(window));
@@ -700,7 +653,7 @@ void TestNoticeWindowTiming::closeButtonHidesFromEachVisibleState()
     QVERIFY(!window->isVisible());
     QCOMPARE(H::listHeight(window), 0);
     QVERIFY(!H::closeTimer(window)->isActive());
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Activity), 0);
 }
 
@@ -719,7 +672,7 @@ void TestNoticeWindowTiming::hiddenSignalAgainstTheHideOnEachPath()
 {
     QFETCH(QString, path);
     QFETCH(QString, seen);
-    NoticeListWidget* window = openWindow(path == QLatin1String("removal") ? 1 : 2);
+    NoticeListWidget* window = m_fixture.openWindow(path == QLatin1String("removal") ? 1 : 2);
     QVERIFY(window);
     QStringList atSignal;
     QObject context;
@@ -730,7 +683,7 @@ void TestNoticeWindowTiming::hiddenSignalAgainstTheHideOnEachPath()
                         .arg(H::closeTimer(window)->isActive());
     });
     if (path == QLatin1String("removal")) {
-        removeOne(window);
+        H::removeNewestNotice(window);
     } else if (path == QLatin1String("fadeEnd")) {
         QVERIFY(H::closeTimer(window)->expire());
         H::finish(H::animation(window, "m_opacityAnimation"));
@@ -747,7 +700,7 @@ void TestNoticeWindowTiming::hiddenSignalAgainstTheHideOnEachPath()
 // The pointer coming on during the fade-out pauses nothing: the timer has already fired.
 void TestNoticeWindowTiming::pointerDuringFadeOutDoesNotStopIt()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     H::closeTimer(window)->expire();
     QPropertyAnimation* fade = H::animation(window, "m_opacityAnimation");
@@ -756,13 +709,13 @@ void TestNoticeWindowTiming::pointerDuringFadeOutDoesNotStopIt()
     QCOMPARE(fade->state(), QAbstractAnimation::Running);
     QVERIFY(!H::closeTimer(window)->isPaused());
     QTRY_VERIFY_WITH_TIMEOUT(!window->isVisible(), 3000);
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
 }
 
 // A notice added during the fade-out is lost with the others: the fade goes on and its end takes them all.
 void TestNoticeWindowTiming::noticeAddedDuringFadeOutIsLost()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     new HostWiring(window, Activity);
     NoticeListModel::instance()->addContactorAddNotice();
     QVERIFY(QTest::qWaitForWindowExposed(window));
@@ -778,7 +731,7 @@ void TestNoticeWindowTiming::noticeAddedDuringFadeOutIsLost()
     QVERIFY(!window->isVisible());
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Activity), 0);
     QCOMPARE(H::listHeight(window), 0);
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,false)"));
 }
 
 // A pop during the fade-out starts a fade-in on the same property; Qt lets only one animation drive a
@@ -786,7 +739,7 @@ void TestNoticeWindowTiming::noticeAddedDuringFadeOutIsLost()
 // rows, and the next notice's hold brings the fade-out back, which then hides and empties it.
 void TestNoticeWindowTiming::popDuringFadeOutTakesOverOpacity()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     H::closeTimer(window)->expire();
     QPointer<QPropertyAnimation> fadeOut = H::animation(window, "m_opacityAnimation");
@@ -798,11 +751,11 @@ void TestNoticeWindowTiming::popDuringFadeOutTakesOverOpacity()
     H::finish(fadeIn);
     QVERIFY(window->isVisible());
     QCOMPARE(window->windowOpacity(), 1.0);
-    QCOMPARE(m_signals->joined(), QString());
+    QCOMPARE(m_fixture.recorder()->joined(), QString());
     QCOMPARE(NoticeListModel::instance()->getNoticeItemNum(Activity), 1);
     // The kept animation object is reused by the next fade-out.
     QCOMPARE(window->findChildren<QPropertyAnimation*>().size(), 1);
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     H::closeTimer(window)->expire();
     QCOMPARE(H::animation(window, "m_opacityAnimation"), fadeOut.data());
     H::finish(fadeOut);
@@ -814,17 +767,17 @@ void TestNoticeWindowTiming::popDuringFadeOutTakesOverOpacity()
 // Close during the fade-out hides at once; the fade's end emits noticeWidgetHidden again, with false.
 void TestNoticeWindowTiming::closeDuringFadeOutEmitsHiddenTwice()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     window->findChild<Movable*>()->signalPosChanged();
     H::closeTimer(window)->expire();
     QPointer<QPropertyAnimation> fade = H::animation(window, "m_opacityAnimation");
     window->findChild<QToolButton*>()->click();
     QVERIFY(!window->isVisible());
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,true)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,true)"));
     H::finish(fade);
     QVERIFY(fade.isNull());
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,true) hidden(Activity,false)"));
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,true) hidden(Activity,false)"));
     QVERIFY(!window->isVisible());
     QCOMPARE(H::listHeight(window), 0);
 }
@@ -832,14 +785,14 @@ void TestNoticeWindowTiming::closeDuringFadeOutEmitsHiddenTwice()
 // With the pointer on the window, auto-adjust is put off; leaving makes one move, at offset 0.
 void TestNoticeWindowTiming::putOffMoveRunsOnLeaveWithOffsetZeroOnce()
 {
-    NoticeListWidget* window = makeWindow();
-    addNotices(window, 1);
+    NoticeListWidget* window = m_fixture.makeWindow();
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(100);
     QVERIFY(QTest::qWaitForWindowExposed(window));
     QCOMPARE(window->pos(), QPoint(376, 282));
     H::movePointer(H::pointOn(window));
     QTRY_VERIFY(H::closeTimer(window)->isPaused());
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     window->autoAdjustNoticeListWidgetPos();
     window->autoAdjustNoticeListWidgetPos();
     window->autoAdjustNoticeListWidgetPos();
@@ -883,7 +836,7 @@ void TestNoticeWindowTiming::putOffMoveRunsOnLeaveWithOffsetZeroOnce()
 // A slide left paused beforehand keeps the animation object, so every start of a move shows on it.
 void TestNoticeWindowTiming::severalPutOffCallsStartOneMove()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     window->adjustNoticeListWidgetPos(0);
     QPointer<QPropertyAnimation> slide = H::animation(window, "m_posAnimation");
@@ -900,7 +853,7 @@ void TestNoticeWindowTiming::severalPutOffCallsStartOneMove()
             });
     H::movePointer(H::pointOn(window));
     QTRY_VERIFY(H::closeTimer(window)->isPaused());
-    addNotices(window, 2);
+    H::addActivityNotices(window, 2);
     for (int i = 0; i < 3; ++i)
         window->autoAdjustNoticeListWidgetPos();
     QCOMPARE(starts, QStringList());
@@ -923,7 +876,7 @@ void TestNoticeWindowTiming::severalPutOffCallsStartOneMove()
 // The put-off flag is cleared only by leaveEvent: it outlives a hide and runs at the next leave.
 void TestNoticeWindowTiming::needAdjustPosSurvivesHide()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     H::movePointer(H::pointOn(window));
     QTRY_VERIFY(H::closeTimer(window)->isPaused());
@@ -932,7 +885,7 @@ void TestNoticeWindowTiming::needAdjustPosSurvivesHide()
     QVERIFY(!window->isVisible());
     QVERIFY(!H::animation(window, "m_posAnimation"));
 
-    addNotices(window, 1);
+    H::addActivityNotices(window, 1);
     window->popNoticeListWidget(120);
     QCOMPARE(window->pos(), QPoint(376, 262));
     QVERIFY(!H::animation(window, "m_posAnimation"));
@@ -960,7 +913,7 @@ void TestNoticeWindowTiming::cursorTestIncludesFarEdges()
 {
     QFETCH(QPoint, offset);
     QFETCH(bool, putOff);
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     const QPoint origin = window->mapToGlobal(QPoint(0, 0));
     QCursor::setPos(origin + offset);
@@ -971,7 +924,7 @@ void TestNoticeWindowTiming::cursorTestIncludesFarEdges()
 // Dragging the title strip moves the window and sets the flag; it is sent with the hide and then cleared.
 void TestNoticeWindowTiming::dragByTitleSetsFlagUntilHidden()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     auto* movable = window->findChild<Movable*>();
     QVERIFY(movable);
@@ -990,15 +943,15 @@ void TestNoticeWindowTiming::dragByTitleSetsFlagUntilHidden()
     H::finish(H::animation(window, "m_posAnimation"));
     QCOMPARE(window->pos(), start);
     QVERIFY(window->isPosChanged());
-    removeOne(window);
-    QCOMPARE(m_signals->joined(), QStringLiteral("hidden(Activity,true)"));
+    H::removeNewestNotice(window);
+    QCOMPARE(m_fixture.recorder()->joined(), QStringLiteral("hidden(Activity,true)"));
     QVERIFY(!window->isPosChanged());
 }
 
 // A press below the 62-pixel strip (on the list) starts no drag.
 void TestNoticeWindowTiming::dragBelowTitleStripDoesNothing()
 {
-    NoticeListWidget* window = openWindow(1);
+    NoticeListWidget* window = m_fixture.openWindow(1);
     QVERIFY(window);
     const QPoint start = window->pos();
     const QPoint grip(200, 62);
@@ -1015,7 +968,7 @@ void TestNoticeWindowTiming::dragBelowTitleStripDoesNothing()
 // updatePopupTime and popupTime only store and load.
 void TestNoticeWindowTiming::popupTimeIsPlainStore()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     window->updatePopupTime(Q_UINT64_C(18446744073709551615));
     QCOMPARE(window->popupTime(), Q_UINT64_C(18446744073709551615));
     window->updatePopupTime(42);
@@ -1028,7 +981,7 @@ void TestNoticeWindowTiming::popupTimeIsPlainStore()
 // itself empty.
 void TestNoticeWindowTiming::anyOrderOfOperationsStaysConsistent()
 {
-    NoticeListWidget* window = makeWindow();
+    NoticeListWidget* window = m_fixture.makeWindow();
     new HostWiring(window, Activity);
     int hides = 0;
     QObject context;

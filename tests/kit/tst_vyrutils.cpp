@@ -1,17 +1,27 @@
 #include "GlobalStyle.h"
-#include "Movable.h"
-#include "VyrListView.h"
+#include "ImageOp.h"
+#include "PixelProbe.h"
 #include "VyrPauseableTimer.h"
+#include "VyrTrack.h"
+#include "VyrUtils.h"
+#include "VyrUtilsHelper.h"
 
-#include <QScrollBar>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
 
-// The kit's pauseable timer, drag helper, list view and theme styles.
-class TestKitWidgets : public QObject
+namespace P = PixelProbe;
+
+// The kit's utilities: pauseable timer, tracker, text and picture helpers, theme styles.
+class TestVyrUtils : public QObject
 {
     Q_OBJECT
 private slots:
+    void init();
+
     void timerStartsFullInterval();
     void timerPauseKeepsRemainderAndResumeGoesOn();
     void pausedTimerDoesNotFireWhileTimePasses();
@@ -20,17 +30,25 @@ private slots:
     void timerPauseOrResumeWhenIdleDoesNothing();
     void timerTimesOutForReal();
     void timerRepeatsWhenNotSingleShot();
-    void movableDragsByTriggerStripOnly_data();
-    void movableDragsByTriggerStripOnly();
-    void movableWholeAndNoneTypes();
-    void listViewHasNoFrame();
+    void trackKeepsSignalsAndWritesJsonLines();
+    void utilsFormatAndEscape();
+    void limitString_data();
+    void limitString();
+    void roundedPixmapSizeRatioAndCorners();
+    void roundedPixmapOfNullSource();
+    void roundedPixmapCropsTheCentre();
     void closeGrayStyleChangesTheLook();
     void unknownStyleIsRecordedOnly();
     void fontSizeAndWeight();
 };
 
+void TestVyrUtils::init()
+{
+    VyrTrack::instance()->clearEvents();
+}
+
 // start() runs the whole interval, also when the timer runs already.
-void TestKitWidgets::timerStartsFullInterval()
+void TestVyrUtils::timerStartsFullInterval()
 {
     VyrPauseableTimer timer;
     timer.setSingleShot(true);
@@ -43,8 +61,9 @@ void TestKitWidgets::timerStartsFullInterval()
     QVERIFY(timer.remainingTime() > 4980);
 }
 
+
 // pause() freezes what remains; resume() goes on from there.
-void TestKitWidgets::timerPauseKeepsRemainderAndResumeGoesOn()
+void TestVyrUtils::timerPauseKeepsRemainderAndResumeGoesOn()
 {
     VyrPauseableTimer timer;
     timer.setSingleShot(true);
@@ -66,9 +85,10 @@ void TestKitWidgets::timerPauseKeepsRemainderAndResumeGoesOn()
     QVERIFY(timer.remainingTime() > kept - 20);
 }
 
+
 // A paused count really stands still: three times what remained passes without a timeout, and after
 // resume() the count runs out with what it kept.
-void TestKitWidgets::pausedTimerDoesNotFireWhileTimePasses()
+void TestVyrUtils::pausedTimerDoesNotFireWhileTimePasses()
 {
     VyrPauseableTimer timer;
     timer.setSingleShot(true);
@@ -100,8 +120,9 @@ void TestKitWidgets::pausedTimerDoesNotFireWhileTimePasses()
     QVERIFY(!timer.isActive());
 }
 
+
 // resetElapsedTime() while paused: resume runs the full interval.
-void TestKitWidgets::timerResetElapsedWhilePausedGivesFullInterval()
+void TestVyrUtils::timerResetElapsedWhilePausedGivesFullInterval()
 {
     VyrPauseableTimer timer;
     timer.setInterval(5000);
@@ -115,8 +136,9 @@ void TestKitWidgets::timerResetElapsedWhilePausedGivesFullInterval()
     QVERIFY(timer.remainingTime() > 4980);
 }
 
+
 // stop() ends the count and leaves the paused state; no timeout follows.
-void TestKitWidgets::timerStopEndsCountAndPausedState()
+void TestVyrUtils::timerStopEndsCountAndPausedState()
 {
     VyrPauseableTimer timer;
     timer.setSingleShot(true);
@@ -133,8 +155,9 @@ void TestKitWidgets::timerStopEndsCountAndPausedState()
     QCOMPARE(timeout.count(), 0);
 }
 
+
 // Pausing an idle timer or resuming one that isn't paused does nothing.
-void TestKitWidgets::timerPauseOrResumeWhenIdleDoesNothing()
+void TestVyrUtils::timerPauseOrResumeWhenIdleDoesNothing()
 {
     VyrPauseableTimer timer;
     timer.setInterval(1000);
@@ -148,8 +171,9 @@ void TestKitWidgets::timerPauseOrResumeWhenIdleDoesNothing()
     QVERIFY(!timer.isPaused());
 }
 
+
 // A short single-shot count really times out, once.
-void TestKitWidgets::timerTimesOutForReal()
+void TestVyrUtils::timerTimesOutForReal()
 {
     VyrPauseableTimer timer;
     timer.setSingleShot(true);
@@ -167,8 +191,9 @@ void TestKitWidgets::timerTimesOutForReal()
     QVERIFY(!timer.isActive());
 }
 
+
 // Without single shot the count starts again after each timeout.
-void TestKitWidgets::timerRepeatsWhenNotSingleShot()
+void TestVyrUtils::timerRepeatsWhenNotSingleShot()
 {
     VyrPauseableTimer timer;
     timer.setInterval(10);
@@ -179,67 +204,121 @@ void TestKitWidgets::timerRepeatsWhenNotSingleShot()
     timer.stop();
 }
 
-// Move type 2 drags only from the top strip; the signal reports each move.
-void TestKitWidgets::movableDragsByTriggerStripOnly_data()
+
+// Every event is kept, signalled and written as one JSON line while a log file is set.
+void TestVyrUtils::trackKeepsSignalsAndWritesJsonLines()
 {
-    QTest::addColumn<int>("pressY");
-    QTest::addColumn<bool>("moves");
-    QTest::newRow("top") << 0 << true;
-    QTest::newRow("inside") << 30 << true;
-    QTest::newRow("last-pixel") << 61 << true;
-    QTest::newRow("below") << 62 << false;
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("track.jsonl"));
+    auto* track = VyrTrack::instance();
+    track->setLogFile(path);
+    QSignalSpy spy(track, &VyrTrack::tracked);
+    track->track(QStringLiteral("PushClick"), {{QStringLiteral("check_up"), true}});
+    track->track(QStringLiteral("PushSend"), {{QStringLiteral("push_body"), QStringLiteral("体育课")}});
+    track->setLogFile(QString());
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(track->events().size(), 2);
+    QCOMPARE(track->events().at(0).first, QStringLiteral("PushClick"));
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    QCOMPARE(lines.size(), 3);
+    const QJsonObject second = QJsonDocument::fromJson(lines.at(1)).object();
+    QCOMPARE(second.value("event").toString(), QStringLiteral("PushSend"));
+    QCOMPARE(second.value("data").toObject().value("push_body").toString(), QStringLiteral("体育课"));
+    QCOMPARE(QJsonDocument::fromJson(lines.at(0)).object().value("data").toObject().value("check_up").toBool(), true);
 }
 
-void TestKitWidgets::movableDragsByTriggerStripOnly()
+
+// Ids without braces and unique, local time formatting, HTML escaping in place and with spaces.
+void TestVyrUtils::utilsFormatAndEscape()
 {
-    QFETCH(int, pressY);
-    QFETCH(bool, moves);
-    QWidget target;
-    target.resize(200, 200);
-    target.move(100, 100);
-    auto* movable = new Movable(&target, Movable::MoveByTopArea);
-    QCOMPARE(movable->parent(), &target);
-    movable->setMoveTriggerArea(62);
-    QSignalSpy changed(movable, &Movable::signalPosChanged);
-    const QPoint grip(50, pressY);
-    QTest::mousePress(&target, Qt::LeftButton, Qt::NoModifier, grip);
-    QMouseEvent move(QEvent::MouseMove, grip + QPoint(30, 40), target.mapToGlobal(grip) + QPoint(30, 40),
-                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&target, &move);
-    QCOMPARE(movable->isDragging(), moves);
-    QTest::mouseRelease(&target, Qt::LeftButton, Qt::NoModifier, grip);
-    QVERIFY(!movable->isDragging());
-    QCOMPARE(target.pos(), moves ? QPoint(130, 140) : QPoint(100, 100));
-    QCOMPARE(changed.count(), moves ? 1 : 0);
+    QVERIFY(!VyrUtils::createUuid().contains(QLatin1Char('{')));
+    QVERIFY(VyrUtils::createUuid() != VyrUtils::createUuid());
+    QCOMPARE(VyrUtils::toString(QDateTime::fromSecsSinceEpoch(0, Qt::UTC), QStringLiteral("yyyy-MM-dd hh:mm")),
+             QDateTime::fromSecsSinceEpoch(0).toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm")));
+    QCOMPARE(VyrUtils::escapeHtmlTag(QStringLiteral("<a href=\"x\">Tom & 'Jerry'</a>")),
+             QStringLiteral("&lt;a href=&quot;x&quot;&gt;Tom &amp; &#39;Jerry&#39;&lt;/a&gt;"));
+    QString inPlace = QStringLiteral("a <b>");
+    QCOMPARE(VyrUtils::escapeHtmlTag(inPlace, false), QStringLiteral("a &lt;b&gt;"));
+    QCOMPARE(inPlace, QStringLiteral("a &lt;b&gt;"));
+    QString spaced = QStringLiteral("a b");
+    QCOMPARE(VyrUtils::escapeHtmlTag(spaced, true), QStringLiteral("a&nbsp;b"));
 }
 
-// Type 0 drags from anywhere, type 1 never.
-void TestKitWidgets::movableWholeAndNoneTypes()
+
+void TestVyrUtils::limitString_data()
 {
-    for (Movable::MoveType type : {Movable::MoveWhole, Movable::MoveNone}) {
-        QWidget target;
-        target.move(0, 0);
-        target.resize(100, 100);
-        new Movable(&target, type);
-        const QPoint grip(50, 90);
-        QTest::mousePress(&target, Qt::LeftButton, Qt::NoModifier, grip);
-        QMouseEvent move(QEvent::MouseMove, grip + QPoint(20, 0), target.mapToGlobal(grip) + QPoint(20, 0),
-                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&target, &move);
-        QCOMPARE(target.pos(), type == Movable::MoveWhole ? QPoint(20, 0) : QPoint(0, 0));
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<bool>("cut");
+    QTest::newRow("fits") << "Class 3" << 200 << false;
+    QTest::newRow("too long") << "A cluster name far too long for the width" << 80 << true;
+    QTest::newRow("no width") << "Class 3" << 0 << true;
+}
+
+
+// Text that fits is kept; longer text is cut to the width with an ellipsis.
+void TestVyrUtils::limitString()
+{
+    QFETCH(QString, text);
+    QFETCH(int, width);
+    QFETCH(bool, cut);
+    QFont font;
+    font.setPixelSize(15);
+    const QFontMetrics metrics(font);
+    const QString result = VyrUtilsHelper::limitString(metrics, text, width, Qt::ElideRight);
+    QVERIFY(metrics.horizontalAdvance(result) <= qMax(width, 0));
+    if (!cut)
+        QCOMPARE(result, text);
+    else if (width > 0)
+        QVERIFY(result.endsWith(QChar(0x2026)));
+    else
+        QCOMPARE(result, QString());
+}
+
+
+// The rounded picture holds size times ratio pixels, carries the ratio and has transparent corners.
+void TestVyrUtils::roundedPixmapSizeRatioAndCorners()
+{
+    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(72, 72), Qt::blue), QSizeF(36, 36), 2.0);
+    QCOMPARE(rounded.size(), QSize(72, 72));
+    QCOMPARE(rounded.devicePixelRatio(), 2.0);
+    QCOMPARE(P::colourAt(rounded, 0, 0).alpha(), 0);
+    QCOMPARE(P::colourAt(rounded, 71, 71).alpha(), 0);
+    QCOMPARE(P::colourAt(rounded, 36, 36), QColor(Qt::blue));
+    QCOMPARE(P::colourAt(rounded, 36, 0), QColor(Qt::blue));
+    QVERIFY(ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(4, 4), Qt::blue), QSizeF(0, 36), 1.0).isNull());
+}
+
+
+// A null source gives a transparent picture of the size.
+void TestVyrUtils::roundedPixmapOfNullSource()
+{
+    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(QPixmap(), QSizeF(36, 36), 1.0);
+    QCOMPARE(rounded.size(), QSize(36, 36));
+    QCOMPARE(P::colourAt(rounded, 18, 18).alpha(), 0);
+}
+
+
+// A wide source is scaled to cover and cut to its middle.
+void TestVyrUtils::roundedPixmapCropsTheCentre()
+{
+    QPixmap wide(300, 100);
+    wide.fill(Qt::red);
+    {
+        QPainter painter(&wide);
+        painter.fillRect(QRect(100, 0, 100, 100), Qt::green);
     }
+    const QPixmap rounded = ImageOp::roundedRectCoursePixmap(wide, QSizeF(36, 36), 1.0);
+    QCOMPARE(P::colourAt(rounded, 2, 18), QColor(Qt::green));
+    QCOMPARE(P::colourAt(rounded, 33, 18), QColor(Qt::green));
 }
 
-// The client's list view: frameless with a slim scroll bar.
-void TestKitWidgets::listViewHasNoFrame()
-{
-    VyrListView view;
-    QCOMPARE(view.frameShape(), QFrame::NoFrame);
-    QVERIFY(view.verticalScrollBar()->styleSheet().contains(QLatin1String("width: 6px")));
-}
 
 // "QToolButton_CloseGrayBg" gives a round grey background and a painted cross.
-void TestKitWidgets::closeGrayStyleChangesTheLook()
+void TestVyrUtils::closeGrayStyleChangesTheLook()
 {
     QWidget host;
     host.setStyleSheet(QStringLiteral("background: white;"));
@@ -251,19 +330,20 @@ void TestKitWidgets::closeGrayStyleChangesTheLook()
     QCOMPARE(styled->property("GlobalStyle").toString(), QStringLiteral("QToolButton_CloseGrayBg"));
     QVERIFY(!styled->icon().isNull());
     QCOMPARE(styled->iconSize(), QSize(8, 8));
-    const QImage image = styled->grab().toImage();
+    const QImage image = P::grab(styled);
     // Grey background near the edge of the circle, darker cross in the middle.
-    const QColor edge = image.pixelColor(3, 9);
+    const QColor edge = P::colourAt(image, 3, 9);
     QVERIFY(edge.alpha() == 255 && edge.red() < 250 && edge.red() > 200);
-    const QColor centre = image.pixelColor(9, 9);
+    const QColor centre = P::colourAt(image, 9, 9);
     QVERIFY2(centre.red() < edge.red(), qPrintable(centre.name()));
     // Corners stay outside the circle.
-    const QImage plainImage = plain->grab().toImage();
+    const QImage plainImage = P::grab(plain);
     QVERIFY(plainImage != image);
 }
 
+
 // An unknown name is recorded but leaves the look alone.
-void TestKitWidgets::unknownStyleIsRecordedOnly()
+void TestVyrUtils::unknownStyleIsRecordedOnly()
 {
     QToolButton button;
     button.setStyleSheet(QStringLiteral("QToolButton { color: red; }"));
@@ -273,8 +353,9 @@ void TestKitWidgets::unknownStyleIsRecordedOnly()
     QVERIFY(GlobalStyle::getInstance()->styleNames().contains(QStringLiteral("QToolButton_CloseGrayBg")));
 }
 
+
 // applyCurrentFontSize: the application font at that pixel size and weight.
-void TestKitWidgets::fontSizeAndWeight()
+void TestVyrUtils::fontSizeAndWeight()
 {
     QWidget widget;
     GlobalStyle::getInstance()->applyCurrentFontSize(&widget, 13, QFont::Medium);
@@ -283,5 +364,6 @@ void TestKitWidgets::fontSizeAndWeight()
     QCOMPARE(widget.font().family(), QApplication::font().family());
 }
 
-QTEST_MAIN(TestKitWidgets)
-#include "tst_kitwidgets.moc"
+
+QTEST_MAIN(TestVyrUtils)
+#include "tst_vyrutils.moc"
