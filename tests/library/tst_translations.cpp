@@ -120,7 +120,8 @@ void TestTranslations::compiledTranslationsLoad_data()
     QTest::newRow("zh_CN") << "zh_CN" << "VyrNotice_zh_CN.ts";
 }
 
-// The .qm files built by lrelease translate every key as its .ts says.
+// The .qm files built by lrelease, as the library embeds them and as they install
+// beside it, translate every key as its .ts says.
 void TestTranslations::compiledTranslationsLoad()
 {
     QFETCH(QString, locale);
@@ -129,6 +130,12 @@ void TestTranslations::compiledTranslationsLoad()
     const auto ts = readTs(kTsDir + tsFile);
     for (auto it = ts.constBegin(); it != ts.constEnd(); ++it)
         QCOMPARE(qtTrId(it.key().toUtf8().constData(), -1), it.value());
+
+    QFile embedded(QStringLiteral(":/VyrNotice/translations/VyrNotice_") + locale + QStringLiteral(".qm"));
+    QVERIFY(embedded.open(QIODevice::ReadOnly));
+    QFile built(QStringLiteral(VYR_TRANSLATIONS_DIR "/VyrNotice_") + locale + QStringLiteral(".qm"));
+    QVERIFY(built.open(QIODevice::ReadOnly));
+    QCOMPARE(embedded.readAll(), built.readAll());
 }
 
 QTEST_MAIN(TestTranslations)

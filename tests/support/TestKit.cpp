@@ -4,27 +4,20 @@
 #include "CoreEngine.h"
 #include "Model.h"
 #include "NoticeListModel.h"
+#include "NoticeTranslator.h"
 #include "VyrTrack.h"
 
 #include <QAbstractItemModelTester>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QTranslator>
 #include <QtTest>
 
 namespace TestKit {
 
 bool loadTranslations(const QString& locale)
 {
-    static QTranslator* translator = nullptr;
-    if (translator) {
-        QCoreApplication::removeTranslator(translator);
-        delete translator;
-    }
-    translator = new QTranslator();
-    const bool ok = translator->load(QStringLiteral("VyrNotice_") + locale, QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QCoreApplication::installTranslator(translator);
-    return ok;
+    // The library's own installer, over its embedded translations, as a host would do it.
+    return NoticeTranslator::install(QLocale(locale));
 }
 
 void resetAll(qint64 now)

@@ -13,7 +13,8 @@ class QObject;
 // Shared set-up for tests: translations and a clean client kit.
 namespace TestKit {
 
-// Installs the compiled translations for `locale` ("en" or "zh_CN") on the application.
+// Installs the library's embedded translations for `locale` ("en" or "zh_CN"), through
+// NoticeTranslator as a host would.
 bool loadTranslations(const QString& locale = QStringLiteral("en"));
 
 // Releases the notice model (and lets the event loop delete it), forgets
