@@ -6,8 +6,11 @@
 
 namespace {
 
-const int kSolidRadius = 2;   // a 5x5 block
-const int kTolerance = 6;     // per channel, for rounding in the paint engine
+const int kTolerance = 6;   // per channel, for rounding in the paint engine
+// Smaller patches are glyphs (a filled square in a lesson's name), not a button.
+const QSize kMinimumButton(24, 16);
+// A button is mostly green around its white label; a word in green is mostly background.
+const double kMinimumFill = 0.5;
 
 bool isButtonColour(QRgb pixel)
 {
@@ -16,29 +19,16 @@ bool isButtonColour(QRgb pixel)
         && std::abs(qBlue(pixel) - button.blue()) <= kTolerance;
 }
 
-// Pixels whose whole 5x5 neighbourhood is the button's colour.
-QVector<bool> solidMask(const QImage& image)
+QVector<bool> colourMask(const QImage& image)
 {
     const int w = image.width();
-    const int h = image.height();
-    QVector<bool> colour(w * h);
-    for (int y = 0; y < h; ++y) {
+    QVector<bool> mask(w * image.height());
+    for (int y = 0; y < image.height(); ++y) {
         const QRgb* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         for (int x = 0; x < w; ++x)
-            colour[y * w + x] = isButtonColour(line[x]);
+            mask[y * w + x] = isButtonColour(line[x]);
     }
-    QVector<bool> solid(w * h);
-    for (int y = kSolidRadius; y < h - kSolidRadius; ++y) {
-        for (int x = kSolidRadius; x < w - kSolidRadius; ++x) {
-            bool all = true;
-            for (int dy = -kSolidRadius; all && dy <= kSolidRadius; ++dy) {
-                for (int dx = -kSolidRadius; all && dx <= kSolidRadius; ++dx)
-                    all = colour[(y + dy) * w + x + dx];
-            }
-            solid[y * w + x] = all;
-        }
-    }
-    return solid;
+    return mask;
 }
 
 // The bounding box and size of the 4-connected patch of `mask` that holds `start`; clears it from the mask.
@@ -75,7 +65,8 @@ QColor EnterButtonLocator::buttonColor()
 QRect EnterButtonLocator::find(const QImage& row)
 {
     const QImage image = row.convertToFormat(QImage::Format_RGB32);
-    QVector<bool> mask = solidMask(image);
+    QVector<bool> mask = colourMask(image);
+    const QSize minimum = kMinimumButton * row.devicePixelRatio();
     QRect best;
     int bestSize = 0;
     for (int i = 0; i < mask.size(); ++i) {
@@ -83,11 +74,12 @@ QRect EnterButtonLocator::find(const QImage& row)
             continue;
         int size = 0;
         const QRect patch = takePatch(mask, image.width(), i, &size);
-        if (size > bestSize) {
+        const bool buttonLike = patch.width() >= minimum.width() && patch.height() >= minimum.height()
+            && size >= kMinimumFill * patch.width() * patch.height();
+        if (buttonLike && size > bestSize) {
             best = patch;
             bestSize = size;
         }
     }
-    // The solid test ate the patch's rim; give it back.
-    return best.isNull() ? best : best.adjusted(-kSolidRadius, -kSolidRadius, kSolidRadius, kSolidRadius);
+    return best;
 }

@@ -125,8 +125,15 @@ QStringList ScenarioChecker::check(QJsonObject* scenario)
 
 QString ScenarioChecker::describeSyntaxError(const QByteArray& json, const QJsonParseError& error)
 {
-    // The parser gives a byte offset; people count lines and characters from 1.
-    const QByteArray before = json.left(error.offset);
+    // The parser's byte offset is just past the character it choked on (but at
+    // stray text after the document, and at the end of the data); people count
+    // lines and characters from 1.
+    int offset = error.offset;
+    if (error.error != QJsonParseError::GarbageAtEnd && offset > 0 && offset < json.size())
+        --offset;
+    while (offset > 0 && (json.at(offset) & 0xC0) == 0x80)
+        --offset;   // not inside a UTF-8 sequence
+    const QByteArray before = json.left(offset);
     const int line = before.count('\n') + 1;
     const QByteArray lineStart = before.mid(before.lastIndexOf('\n') + 1);
     const int column = QString::fromUtf8(lineStart).size() + 1;
