@@ -2,39 +2,16 @@
 
 #include "ScreenCorner.h"
 
-#include <QAbstractAnimation>
-#include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
-#include <QTimer>
 #include <QWidget>
 
 namespace {
 
 const QColor kDesktop(0xE3, 0xE8, 0xEE);
 const QColor kTaskbar(0x2B, 0x30, 0x38);
-
-// A fade or a slide is under way on some visible window, or one is not yet opaque.
-bool anyWindowMoving()
-{
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* window : windows) {
-        if (!window->isVisible())
-            continue;
-        if (window->windowOpacity() < 1.0)
-            return true;
-        const QList<QAbstractAnimation*> animations = window->findChildren<QAbstractAnimation*>();
-        for (QAbstractAnimation* animation : animations) {
-            if (animation->state() == QAbstractAnimation::Running)
-                return true;
-        }
-    }
-    return false;
-}
 
 } // namespace
 
@@ -43,20 +20,6 @@ ScreenshotTaker::ScreenshotTaker(const QString& folder)
 {
     if (isEnabled())
         QDir().mkpath(m_folder);
-}
-
-int ScreenshotTaker::waitForStillWindows(int timeoutMs)
-{
-    QElapsedTimer waited;
-    waited.start();
-    while (anyWindowMoving()) {
-        if (waited.elapsed() >= timeoutMs)
-            return -1;
-        QEventLoop loop;
-        QTimer::singleShot(10, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    return int(waited.elapsed());
 }
 
 QStringList ScreenshotTaker::take(const QString& name, const QList<NamedWindow>& windows)

@@ -20,10 +20,6 @@ public:
 
     bool isEnabled() const { return !m_folder.isEmpty(); }
     QString folder() const { return m_folder; }
-    // Runs the event loop until no animation of a visible top-level window is
-    // running and every visible one is opaque, for at most `timeoutMs`.
-    // Returns the milliseconds waited, or -1 if they were still moving at the end.
-    static int waitForStillWindows(int timeoutMs = 3000);
     // Returns the files written.
     QStringList take(const QString& name, const QList<NamedWindow>& windows);
 

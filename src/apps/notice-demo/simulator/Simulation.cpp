@@ -5,6 +5,7 @@
 #include "NoticeListWidget.h"
 #include "NoticeFeeder.h"
 #include "UserSimulator.h"
+#include "WindowSettler.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -64,7 +65,7 @@ void Simulation::screenshot(const QJsonObject& step)
 {
     if (!m_screenshots.isEnabled())
         return;
-    const int waited = ScreenshotTaker::waitForStillWindows();
+    const int waited = WindowSettler::waitForStillWindows();
     if (waited < 0)
         m_host->say(QStringLiteral("screenshot: windows still moving after 3 s; taken anyway"));
     else if (waited > 0)

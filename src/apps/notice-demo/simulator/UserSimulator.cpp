@@ -4,6 +4,7 @@
 #include "EnterButtonLocator.h"
 #include "NoticeListWidget.h"
 #include "ScenarioPlayer.h"
+#include "WindowSettler.h"
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
@@ -119,6 +120,8 @@ void UserSimulator::hover(const QJsonObject& step)
 
 void UserSimulator::dragWindow(const QJsonObject& step)
 {
+    // A hand can't hold a window that is still sliding into place: its slide would carry it off.
+    WindowSettler::waitForStillWindows();
     NoticeListWidget* window = windowOf(step);
     const QPoint delta(step.value(QStringLiteral("dx")).toInt(), step.value(QStringLiteral("dy")).toInt());
     // Grab the title strip, move in a few steps, let go.
