@@ -47,12 +47,12 @@ bool chooseOffscreenWhenHeadless()
     return true;
 }
 
-QString headlessNote(const QString& screenshots)
+QString headlessNote(const QString& screen, const QString& screenshots)
 {
     const QString where = screenshots.isEmpty()
         ? QStringLiteral("Add --screenshots DIR to get PNGs of the windows.")
         : QStringLiteral("Screenshots go to %1").arg(QDir(screenshots).absolutePath());
-    return QStringLiteral("no display: drawing offscreen on a simulated 1920x1080 screen. %1\n").arg(where);
+    return QStringLiteral("no display: drawing offscreen on a simulated %1 screen. %2\n").arg(screen, where);
 }
 
 QtMessageHandler s_previousHandler = nullptr;
@@ -91,17 +91,16 @@ int main(int argc, char* argv[])
     }
 
     const bool headless = chooseOffscreenWhenHeadless();
-    if (options.hasScreen())
-        SimulatedScreen::apply(options.screen(), options.taskbar());
-    else if (headless)
-        SimulatedScreen::apply(QStringLiteral("1920x1080"), QStringLiteral("bottom"));
+    const QString screen = options.hasScreen() ? options.screen() : QStringLiteral("1920x1080");
+    if (options.hasScreen() || headless)
+        SimulatedScreen::apply(screen, options.taskbar());
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("notice-demo"));
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
         s_previousHandler = qInstallMessageHandler(quietOffscreenNoise);
     if (headless)
-        print(stdout, headlessNote(options.screenshots()));
+        print(stdout, headlessNote(screen, options.screenshots()));
     else if (!options.screenshots().isEmpty())
         print(stdout, QStringLiteral("Screenshots go to %1\n").arg(QDir(options.screenshots()).absolutePath()));
 
