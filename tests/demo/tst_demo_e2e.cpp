@@ -20,6 +20,7 @@ private slots:
     void lessonNoticesAreSentOncePerIntakeOrUpdate();
     void clicksAreTrackedKeyByKey();
     void screenshotsShowTheWindows();
+    void draggedWindowIsShotWhereItWasPut();
     void modelHoldsEveryKindOfRow();
 
 private:
@@ -171,6 +172,19 @@ void TestDemoEndToEnd::screenshotsShowTheWindows()
     QVERIFY2(panel.red() > 245 && panel.green() > 245 && panel.blue() > 245, qPrintable(panel.name()));
     const QColor desktop = screen.pixelColor(100, 100);
     QVERIFY2(desktop.red() < 235, qPrintable(desktop.name()));
+}
+
+// The drag waits for the Activity window's slide down to end, so the slide can't carry it back to the corner.
+void TestDemoEndToEnd::draggedWindowIsShotWhereItWasPut()
+{
+    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QImage screen(shots.filePath(QStringLiteral("05-dragged-activity-screen.png")));
+    QCOMPARE(screen.size(), QSize(800, 600));
+    // Right of the dragged window (120 px left of the corner): the bare desktop.
+    QCOMPARE(screen.pixelColor(770, 560), QColor(0xE3, 0xE8, 0xEE));
+    // Its panel, moved with it.
+    const QColor panel = screen.pixelColor(770 - 120, 560 - 60);
+    QVERIFY2(panel.red() > 245 && panel.green() > 245 && panel.blue() > 245, qPrintable(panel.name()));
 }
 
 // Before the clicks the model holds a row of each of the seven notice types.

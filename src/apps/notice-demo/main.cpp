@@ -1,46 +1,58 @@
-// The notice library's demo host. Runs an embedded default scenario, or the
-// JSON scenario given with --scenario, and exits when the scenario quits.
+// The notice library's demo: a host (host/, the library's exported API only)
+// and a user simulator around it (simulator/: scenario, kit, user's hands,
+// screenshots). Plays the embedded default scenario, or the one given with
+// --scenario, and exits when the scenario quits.
+//
+// Everything that can be wrong with the command line or the scenario is
+// answered before the application object exists: no display is needed for
+// --help or for a mistake, and no window is made before the scenario is known good.
 
 #include "DemoHost.h"
-#include "ScenarioPlayer.h"
-#include "ScreenCorner.h"
+#include "DemoOptions.h"
+#include "HostLocale.h"
+#include "ScenarioChecker.h"
+#include "SimulatedScreen.h"
+#include "Simulation.h"
 #include "VyrTrack.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
-#include <QJsonObject>
-#include <QRegularExpression>
-#include <QTranslator>
+#include <QTextStream>
 
 namespace {
 
-bool loadTranslations(QTranslator* translator, const QString& locale)
+QStringList argumentsOf(int argc, char* argv[])
 {
-    const QString file = QStringLiteral("VyrNotice_") + locale;
-    const QString besideBinary = QCoreApplication::applicationDirPath() + QStringLiteral("/translations");
-    return translator->load(file, QStringLiteral(VYR_TRANSLATIONS_DIR)) || translator->load(file, besideBinary);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
 }
 
-// A simulated screen for the windows' placement: "1280x800" and a taskbar
-// edge name; the taskbar takes 40 pixels of that edge.
-bool simulateScreen(const QString& size, const QString& edge)
+void print(FILE* stream, const QString& text)
 {
-    const QStringList edges = {QStringLiteral("left"), QStringLiteral("top"), QStringLiteral("right"),
-                               QStringLiteral("bottom")};
-    const QRegularExpressionMatch match = QRegularExpression(QStringLiteral("^(\\d+)x(\\d+)$")).match(size);
-    const int edgeCode = edges.indexOf(edge);
-    if (!match.hasMatch() || edgeCode < 0)
+    QTextStream out(stream);
+    out << text;
+    out.flush();
+}
+
+// No display and no platform asked for: draw offscreen.
+bool chooseOffscreenWhenHeadless()
+{
+    if (qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return false;
-    ScreenCorner::Screen screen;
-    screen.taskbarEdge = static_cast<TaskbarEdge>(edgeCode);
-    screen.geometry = QRect(0, 0, match.captured(1).toInt(), match.captured(2).toInt());
-    const int bar = 40;
-    const QMargins taken[] = {{bar, 0, 0, 0}, {0, bar, 0, 0}, {0, 0, bar, 0}, {0, 0, 0, bar}};
-    screen.availableGeometry = screen.geometry.marginsRemoved(taken[edgeCode]);
-    ScreenCorner::setOverride(screen);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     return true;
+}
+
+QString headlessNote(const QString& screen, const QString& screenshots)
+{
+    const QString where = screenshots.isEmpty()
+        ? QStringLiteral("Add --screenshots DIR to get PNGs of the windows.")
+        : QStringLiteral("Screenshots go to %1").arg(QDir(screenshots).absolutePath());
+    return QStringLiteral("no display: drawing offscreen on a simulated %1 screen. %2\n").arg(screen, where);
 }
 
 QtMessageHandler s_previousHandler = nullptr;
@@ -57,73 +69,52 @@ void quietOffscreenNoise(QtMsgType type, const QMessageLogContext& context, cons
 
 int main(int argc, char* argv[])
 {
-    QApplication app(argc, argv);
-    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
-        s_previousHandler = qInstallMessageHandler(quietOffscreenNoise);
-    QApplication::setApplicationName(QStringLiteral("notice-demo"));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Plays a scenario of notices through the notice library."));
-    parser.addHelpOption();
-    QCommandLineOption scenarioOption(QStringLiteral("scenario"), QStringLiteral("JSON scenario file."),
-                                      QStringLiteral("file"), QStringLiteral(":/demo/scenarios/default.json"));
-    QCommandLineOption localeOption(QStringLiteral("locale"), QStringLiteral("Translation: en or zh_CN."),
-                                    QStringLiteral("locale"), QStringLiteral("en"));
-    QCommandLineOption screenshotsOption(QStringLiteral("screenshots"),
-                                         QStringLiteral("Folder for the PNGs of the \"screenshot\" steps."),
-                                         QStringLiteral("dir"));
-    QCommandLineOption speedOption(QStringLiteral("speed"),
-                                   QStringLiteral("Divides the scenario's waits (not the windows' own times)."),
-                                   QStringLiteral("factor"), QStringLiteral("1"));
-    QCommandLineOption trackLogOption(QStringLiteral("track-log"),
-                                      QStringLiteral("Writes every tracking event to this file as JSON lines."),
-                                      QStringLiteral("file"));
-    QCommandLineOption screenOption(QStringLiteral("screen"),
-                                    QStringLiteral("Simulated screen size for placing the windows, e.g. 1280x800."),
-                                    QStringLiteral("WxH"));
-    QCommandLineOption taskbarOption(QStringLiteral("taskbar"),
-                                     QStringLiteral("Taskbar edge of the simulated screen: left, top, right, bottom."),
-                                     QStringLiteral("edge"), QStringLiteral("bottom"));
-    parser.addOptions({scenarioOption, localeOption, screenshotsOption, speedOption, trackLogOption, screenOption,
-                       taskbarOption});
-    parser.process(app);
-
-    QTranslator translator;
-    if (!loadTranslations(&translator, parser.value(localeOption)))
-        qWarning() << "no translations for" << parser.value(localeOption);
-    QApplication::installTranslator(&translator);
-
-    if (parser.isSet(screenOption) || parser.isSet(taskbarOption)) {
-        const QString size = parser.isSet(screenOption) ? parser.value(screenOption) : QStringLiteral("1280x800");
-        if (!simulateScreen(size, parser.value(taskbarOption))) {
-            qCritical().noquote() << "notice-demo: bad --screen or --taskbar";
-            return 2;
+    DemoOptions options;
+    const DemoOptions::Outcome outcome = options.parse(argumentsOf(argc, argv));
+    if (outcome != DemoOptions::Outcome::Run) {
+        // A core application names the program in the help; it needs no display.
+        QCoreApplication core(argc, argv);
+        if (outcome == DemoOptions::Outcome::Help) {
+            print(stdout, options.helpText());
+            return 0;
         }
-    }
-    if (parser.isSet(trackLogOption)) {
-        QFile::remove(parser.value(trackLogOption));
-        VyrTrack::instance()->setLogFile(parser.value(trackLogOption));
-    }
-
-    ScenarioPlayer player;
-    player.setSpeed(parser.value(speedOption).toDouble());
-    QString error;
-    if (!player.load(parser.value(scenarioOption), &error)) {
-        qCritical().noquote() << "notice-demo:" << error;
+        print(stderr, QStringLiteral("notice-demo: %1\nTry --help.\n").arg(options.error()));
         return 2;
     }
 
-    DemoHost host(parser.value(screenshotsOption));
-    host.seed(player.scenario());
-    host.registerActions(&player);
-    QObject::connect(&player, &ScenarioPlayer::stepStarted, &host, [&host](int index, const QJsonObject& step) {
-        host.announceStep(index, step);
-    });
-    // A "quitWhenHidden" step ends the run itself, once the windows have gone.
-    QObject::connect(&player, &ScenarioPlayer::finished, &app, [&host]() {
-        if (!host.isWaitingToQuit())
-            QCoreApplication::exit(0);
-    });
-    player.start();
+    QJsonObject scenario;
+    QStringList errors;
+    if (!ScenarioChecker::load(options.scenario(), &scenario, &errors)) {
+        print(stderr, QStringLiteral("notice-demo: the scenario has %1 problem(s); nothing was run.\n").arg(errors.size())
+                          + errors.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+        return 2;
+    }
+
+    const bool headless = chooseOffscreenWhenHeadless();
+    const QString screen = options.hasScreen() ? options.screen() : QStringLiteral("1920x1080");
+    if (options.hasScreen() || headless)
+        SimulatedScreen::apply(screen, options.taskbar());
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("notice-demo"));
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        s_previousHandler = qInstallMessageHandler(quietOffscreenNoise);
+    if (headless)
+        print(stdout, headlessNote(screen, options.screenshots()));
+    else if (!options.screenshots().isEmpty())
+        print(stdout, QStringLiteral("Screenshots go to %1\n").arg(QDir(options.screenshots()).absolutePath()));
+
+    // Before any window: the windows read the locale when they are made.
+    HostLocale::apply(options.locale());
+
+    if (!options.trackLog().isEmpty()) {
+        QFile::remove(options.trackLog());
+        VyrTrack::instance()->setLogFile(options.trackLog());
+    }
+
+    DemoHost host;
+    Simulation simulation(&host, scenario, options.screenshots(), options.speed());
+    if (!simulation.start())
+        return 4;
     return app.exec();
 }

@@ -60,7 +60,7 @@ bool NoticeTranslator::install(const QLocale& locale)
     // Tries the locale's UI languages in turn: zh_CN, then zh, and so on.
     if (!translator->load(locale, QLatin1String("VyrNotice"), QStringLiteral("_"), resourceDirectory())) {
         delete translator;
-        qInfo() << "no notice translation, texts stay in English, locale:" << locale.name();
+        qInfo() << "no notice translations, texts stay in English, locale:" << locale.name();
         return false;
     }
     if (translator->language().startsWith(QLatin1String("en"))) {

@@ -7,22 +7,23 @@
 #include <QObject>
 #include <functional>
 
-// Plays a scenario: a JSON object whose "steps" are run at their "at"
-// milliseconds, each by the action its "do" names. Unknown actions are
-// reported and skipped. `speed` divides every wait of the scenario.
+// Plays a checked scenario (see ScenarioChecker): its "steps" run in file
+// order, each not before its "at" milliseconds, by the action its "do" names.
+// `speed` divides every wait of the scenario. The scenario's clock stands
+// still while a step runs, so a step that takes long (a screenshot waiting
+// for the windows to settle) doesn't squeeze the steps after it together.
 class ScenarioPlayer : public QObject
 {
     Q_OBJECT
 public:
     using Action = std::function<void(const QJsonObject& step)>;
 
-    explicit ScenarioPlayer(QObject* parent = nullptr);
+    explicit ScenarioPlayer(const QJsonObject& scenario, QObject* parent = nullptr);
 
-    // Reads a scenario from a file or a resource; false, with `error` set, if it is no scenario.
-    bool load(const QString& path, QString* error);
     QJsonObject scenario() const { return m_scenario; }
-
     void addAction(const QString& name, Action action);
+    // The scenario format's actions that nothing has registered; empty when the player is complete.
+    QStringList missingActions() const;
     void setSpeed(double speed) { m_speed = speed > 0 ? speed : 1.0; }
     void start();
 
@@ -39,4 +40,5 @@ private:
     QHash<QString, Action> m_actions;
     double m_speed = 1.0;
     QElapsedTimer m_clock;
+    qint64 m_timeInSteps = 0;
 };

@@ -15,9 +15,11 @@ class ScreenshotTaker
 public:
     using NamedWindow = QPair<QString, QWidget*>;
 
+    // `folder` empty: nothing is taken. A relative folder is the working directory's.
     explicit ScreenshotTaker(const QString& folder);
 
     bool isEnabled() const { return !m_folder.isEmpty(); }
+    QString folder() const { return m_folder; }
     // Returns the files written.
     QStringList take(const QString& name, const QList<NamedWindow>& windows);
 

@@ -9,12 +9,14 @@
 #include <QWidget>
 
 namespace {
+
 const QColor kDesktop(0xE3, 0xE8, 0xEE);
 const QColor kTaskbar(0x2B, 0x30, 0x38);
+
 } // namespace
 
 ScreenshotTaker::ScreenshotTaker(const QString& folder)
-    : m_folder(folder)
+    : m_folder(folder.isEmpty() ? folder : QDir(folder).absolutePath())
 {
     if (isEnabled())
         QDir().mkpath(m_folder);

@@ -1,0 +1,150 @@
+#include "ScenarioFormat.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+
+using Field = ScenarioFormat::Field;
+using Type = ScenarioFormat::Type;
+
+Field required(const char* name, Type type, const char* entry = "")
+{
+    return {QLatin1String(name), type, true, QJsonValue(QJsonValue::Undefined), QLatin1String(entry)};
+}
+
+Field optional(const char* name, Type type, const QJsonValue& defaultValue, const char* entry = "")
+{
+    return {QLatin1String(name), type, false, defaultValue, QLatin1String(entry)};
+}
+
+} // namespace
+
+const QVector<ScenarioFormat::Field>& ScenarioFormat::topLevelFields()
+{
+    static const QVector<Field> fields = {
+        optional("name", Type::String, QString()),
+        // 0 leaves the kit's clock where it is.
+        optional("clock", Type::Integer, 0),
+        optional("uid", Type::Integer, 0),
+        optional("clusters", Type::Array, QJsonArray(), "cluster"),
+        optional("courses", Type::Array, QJsonArray(), "course"),
+        optional("lessons", Type::Array, QJsonArray(), "lesson"),
+        required("steps", Type::Array, "step"),
+    };
+    return fields;
+}
+
+const QVector<ScenarioFormat::Field>& ScenarioFormat::entryFields(const QString& entry)
+{
+    static const QVector<Field> cluster = {
+        required("id", Type::Integer),
+        required("name", Type::String),
+    };
+    static const QVector<Field> course = {
+        required("id", Type::Integer),
+        required("name", Type::String),
+        optional("courseType", Type::Integer, 0),
+    };
+    static const QVector<Field> lesson = {
+        required("id", Type::Integer),
+        required("courseId", Type::Integer),
+        required("name", Type::String),
+        optional("schoolId", Type::Integer, 0),
+        optional("courseType", Type::Integer, 0),
+        optional("startIn", Type::Integer, 0),
+        optional("role", Type::Integer, 1),
+    };
+    static const QVector<Field> step = {
+        required("at", Type::Integer),
+        required("do", Type::String),
+    };
+    static const QVector<Field> none;
+    if (entry == QLatin1String("cluster"))
+        return cluster;
+    if (entry == QLatin1String("course"))
+        return course;
+    if (entry == QLatin1String("lesson"))
+        return lesson;
+    if (entry == QLatin1String("step"))
+        return step;
+    return none;
+}
+
+const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
+{
+    static const QVector<Action> actions = {
+        // The server's side: notices handed to the host's intakes.
+        {QStringLiteral("lessonNotice"), {required("type", Type::NoticeType), required("lessonId", Type::Integer)}},
+        {QStringLiteral("contactorAdd"), {}},
+        {QStringLiteral("studyReport"), {required("lessonId", Type::Integer)}},
+        {QStringLiteral("studyActivity"),
+         {required("activityId", Type::Integer), optional("courseId", Type::Integer, 0),
+          optional("windowTitle", Type::String, QString()), optional("content", Type::String, QString()),
+          optional("heading", Type::String, QString()), optional("pushScenes", Type::String, QString()),
+          optional("pushBody", Type::String, QString())}},
+        {QStringLiteral("clusterNotice"),
+         {required("clusterId", Type::Integer), required("contentId", Type::Integer),
+          required("content", Type::String), optional("creatorId", Type::Integer, 0)}},
+        // The kit and the run.
+        {QStringLiteral("advanceClock"), {required("seconds", Type::Integer)}},
+        {QStringLiteral("printRows"), {}},
+        {QStringLiteral("screenshot"), {optional("name", Type::String, QStringLiteral("shot"))}},
+        {QStringLiteral("quitWhenHidden"), {optional("timeout", Type::Integer, 20000)}},
+        {QStringLiteral("quit"), {}},
+        // The user.
+        {QStringLiteral("clickRow"), {required("category", Type::Category), optional("row", Type::Integer, 0)}},
+        {QStringLiteral("enterClassRoom"), {required("category", Type::Category), optional("row", Type::Integer, 0)}},
+        {QStringLiteral("closeWindow"), {required("category", Type::Category)}},
+        {QStringLiteral("hover"), {required("category", Type::Category), optional("on", Type::Boolean, true)}},
+        {QStringLiteral("dragWindow"),
+         {required("category", Type::Category), optional("dx", Type::Integer, 0), optional("dy", Type::Integer, 0)}},
+    };
+    return actions;
+}
+
+const ScenarioFormat::Action* ScenarioFormat::action(const QString& name)
+{
+    for (const Action& action : actions()) {
+        if (action.name == name)
+            return &action;
+    }
+    return nullptr;
+}
+
+QString ScenarioFormat::typeName(Type type)
+{
+    switch (type) {
+    case Type::Integer:
+        return QStringLiteral("integer");
+    case Type::String:
+        return QStringLiteral("string");
+    case Type::Boolean:
+        return QStringLiteral("boolean");
+    case Type::Category:
+        return QStringLiteral("category");
+    case Type::NoticeType:
+        return QStringLiteral("notice type");
+    case Type::Array:
+        return QStringLiteral("array");
+    }
+    return QString();
+}
+
+QStringList ScenarioFormat::choices(Type type)
+{
+    if (type == Type::Category)
+        return {QStringLiteral("Lesson"), QStringLiteral("Activity")};
+    if (type == Type::NoticeType)
+        return {QStringLiteral("LessonAhead"), QStringLiteral("LessonPrepare"), QStringLiteral("LessonStart")};
+    return {};
+}
+
+QString ScenarioFormat::defaultText(const Field& field)
+{
+    if (field.required)
+        return QStringLiteral("—");
+    // Wrapped in an array so that a scalar serialises too; the brackets come off again.
+    const QByteArray json = QJsonDocument(QJsonArray{field.defaultValue}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(json.mid(1, json.size() - 2));
+}

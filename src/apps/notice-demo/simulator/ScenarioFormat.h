@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+// What a scenario file may hold: its top-level fields, the fields of each
+// seed entry, the fields every step has and, per action, the fields of that
+// action. The checker reads this table and nothing else; docs/SCENARIO.md
+// describes the same table for people.
+class ScenarioFormat
+{
+public:
+    enum class Type {
+        Integer,      // a JSON number without a fraction
+        String,
+        Boolean,
+        Category,     // "Lesson" or "Activity"
+        NoticeType,   // a lesson notice type: "LessonAhead", "LessonPrepare", "LessonStart"
+        Array,        // a JSON array of objects, each checked against `entry`
+    };
+
+    struct Field
+    {
+        QString name;
+        Type type;
+        bool required;
+        // Filled in when an optional field is absent; Undefined for a required one.
+        QJsonValue defaultValue;
+        QString entry;   // for Array fields: the name of the entry's field list
+    };
+
+    struct Action
+    {
+        QString name;
+        QVector<Field> fields;
+    };
+
+    static const QVector<Field>& topLevelFields();
+    // "cluster", "course", "lesson" or "step"; empty for any other name.
+    static const QVector<Field>& entryFields(const QString& entry);
+    static const QVector<Action>& actions();
+    // Null for an unknown action.
+    static const Action* action(const QString& name);
+
+    static QString typeName(Type type);
+    // The values a Category or NoticeType field accepts; empty for other types.
+    static QStringList choices(Type type);
+    // The default as the format's document writes it: "—" for a required field, else compact JSON.
+    static QString defaultText(const Field& field);
+};

@@ -1,0 +1,104 @@
+#include "Simulation.h"
+
+#include "DemoHost.h"
+#include "KitSeeder.h"
+#include "NoticeListWidget.h"
+#include "NoticeFeeder.h"
+#include "UserSimulator.h"
+#include "WindowSettler.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QTimer>
+
+Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QString& screenshotFolder, double speed,
+                       QObject* parent)
+    : QObject(parent)
+    , m_host(host)
+    , m_player(scenario)
+    , m_screenshots(screenshotFolder)
+    , m_user(new UserSimulator(host, this))
+{
+    m_player.setSpeed(speed);
+    KitSeeder::registerActions(&m_player);
+    NoticeFeeder::registerActions(&m_player, m_host);
+    m_user->registerActions(&m_player);
+    registerRunActions();
+    connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
+    connect(&m_player, &ScenarioPlayer::stepStarted, this, &Simulation::announceStep);
+    connect(&m_player, &ScenarioPlayer::finished, this, &Simulation::onFinished);
+}
+
+bool Simulation::start()
+{
+    const QStringList missing = m_player.missingActions();
+    if (!missing.isEmpty()) {
+        m_host->say(QStringLiteral("no handler for the actions %1").arg(missing.join(QStringLiteral(", "))));
+        return false;
+    }
+    m_host->say(KitSeeder::seed(m_player.scenario()));
+    m_player.start();
+    return true;
+}
+
+void Simulation::registerRunActions()
+{
+    m_player.addAction(QStringLiteral("printRows"), [this](const QJsonObject&) { m_host->printRows(); });
+    m_player.addAction(QStringLiteral("screenshot"), [this](const QJsonObject& step) { screenshot(step); });
+    m_player.addAction(QStringLiteral("quitWhenHidden"), [this](const QJsonObject& step) { quitWhenHidden(step); });
+    m_player.addAction(QStringLiteral("quit"), [](const QJsonObject&) { QCoreApplication::exit(0); });
+}
+
+void Simulation::announceStep(int index, const QJsonObject& step)
+{
+    QJsonObject shown = step;
+    shown.remove(QStringLiteral("at"));
+    m_host->say(QStringLiteral("step %1 @%2ms: %3")
+                    .arg(index)
+                    .arg(step.value(QStringLiteral("at")).toInt())
+                    .arg(QString::fromUtf8(QJsonDocument(shown).toJson(QJsonDocument::Compact))));
+}
+
+// A picture of a window half faded in would show the speed of the run, not
+// the window: wait until every fade and slide has ended, whatever the speed.
+void Simulation::screenshot(const QJsonObject& step)
+{
+    if (!m_screenshots.isEnabled())
+        return;
+    const int waited = WindowSettler::waitForStillWindows();
+    if (waited < 0)
+        m_host->say(QStringLiteral("screenshot: windows still moving after 3 s; taken anyway"));
+    else if (waited > 0)
+        m_host->say(QStringLiteral("screenshot: waited %1 ms for the windows to settle").arg(waited));
+    const QStringList files =
+        m_screenshots.take(step.value(QStringLiteral("name")).toString(),
+                           {{QStringLiteral("Lesson"), m_host->window(VyrEngine::Lesson)},
+                            {QStringLiteral("Activity"), m_host->window(VyrEngine::Activity)}});
+    for (const QString& file : files)
+        m_host->say(QStringLiteral("screenshot: %1").arg(file));
+}
+
+void Simulation::quitWhenHidden(const QJsonObject& step)
+{
+    if (!m_host->anyWindowVisible()) {
+        QCoreApplication::exit(0);
+        return;
+    }
+    m_waitingToQuit = true;
+    m_host->say(QStringLiteral("waiting for the windows to go"));
+    connect(m_host, &DemoHost::windowHidden, this, [this]() {
+        if (!m_host->anyWindowVisible())
+            QCoreApplication::exit(0);
+    });
+    QTimer::singleShot(step.value(QStringLiteral("timeout")).toInt(), this, [this]() {
+        m_host->say(QStringLiteral("windows still up after the timeout"));
+        QCoreApplication::exit(3);
+    });
+}
+
+// Without a "quitWhenHidden" waiting, the run ends with its last step.
+void Simulation::onFinished()
+{
+    if (!m_waitingToQuit)
+        QCoreApplication::exit(0);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ScenarioPlayer.h"
+#include "ScreenshotTaker.h"
+
+#include <QJsonObject>
+#include <QObject>
+
+class DemoHost;
+class UserSimulator;
+
+// Everything around the host: plays the checked scenario against it, with the
+// kit seeded first, the server's notices, the user's hands, screenshots and
+// the end of the run ("quit", "quitWhenHidden", or the last step).
+class Simulation : public QObject
+{
+    Q_OBJECT
+public:
+    Simulation(DemoHost* host, const QJsonObject& scenario, const QString& screenshotFolder, double speed,
+               QObject* parent = nullptr);
+
+    // Seeds the kit and plays the first step on the next turn of the event loop;
+    // false, with a line said, when an action of the format has no handler.
+    bool start();
+
+private:
+    void registerRunActions();
+    void announceStep(int index, const QJsonObject& step);
+    void screenshot(const QJsonObject& step);
+    void quitWhenHidden(const QJsonObject& step);
+    void onFinished();
+
+    DemoHost* m_host;
+    ScenarioPlayer m_player;
+    ScreenshotTaker m_screenshots;
+    UserSimulator* m_user;
+    bool m_waitingToQuit = false;
+};
