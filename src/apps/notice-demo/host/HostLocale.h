@@ -12,5 +12,4 @@ public:
     // default locale; a locale without translations falls back to English,
     // with one log line. Returns the locale now in use.
     static QLocale apply(const QString& name);
-
 };
