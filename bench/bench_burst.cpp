@@ -27,6 +27,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 using namespace VyrEngine;
@@ -257,24 +258,32 @@ BENCHMARK(BM_BurstBaseline)->ArgName("n")->Arg(20000)->Iterations(1)->Unit(bench
 BENCHMARK(BM_Burst)->ArgName("n")->Arg(20000)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_BurstIntakeOnly)->ArgName("n")->Arg(20000)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// Keeps the real time of each run (the median when repeated) in
-// milliseconds, to print ratios at the end.
+struct Figure
+{
+    double realMs = 0;
+    double cpuMs = 0;
+};
+
+// Keeps the real and CPU time of each run (the medians when repeated) in
+// milliseconds, to print ratios at the end. On a busy machine the CPU time is
+// the steadier of the two.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
-    std::map<std::string, double> milliseconds;
+    std::map<std::string, Figure> figures;
 
     void ReportRuns(const std::vector<Run>& runs) override
     {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
             const std::string name = run.run_name.str();
-            const double ms = run.GetAdjustedRealTime() * unitToMs(run.time_unit);
+            const double scale = unitToMs(run.time_unit);
+            const Figure figure{run.GetAdjustedRealTime() * scale, run.GetAdjustedCPUTime() * scale};
             if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-                m_medians[name] = ms;
-                milliseconds[name] = ms;
+                m_medians.insert(name);
+                figures[name] = figure;
             } else if (run.run_type == Run::RT_Iteration && !m_medians.count(name)) {
-                milliseconds[name] = ms;
+                figures[name] = figure;
             }
         }
     }
@@ -294,15 +303,14 @@ private:
         }
     }
 
-    std::map<std::string, double> m_medians;
+    std::set<std::string> m_medians;
 };
 
-// "BM_Burst/n:2000/iterations:1/real_time" -> baseline of the same shape.
+// "BM_BurstIntakeOnly/n:2000/real_time" -> "BM_BurstBaseline/n:2000/real_time".
 std::string baselineOf(const std::string& name)
 {
     const size_t slash = name.find('/');
-    const std::string head = name.substr(0, slash);
-    std::string base = head;
+    std::string base = name.substr(0, slash);
     const std::string suffix = "IntakeOnly";
     if (base.size() > suffix.size() && base.compare(base.size() - suffix.size(), suffix.size(), suffix) == 0)
         base.erase(base.size() - suffix.size());
@@ -311,15 +319,19 @@ std::string baselineOf(const std::string& name)
 
 void printRatios(const RatioReporter& reporter)
 {
-    std::printf("\nRatio to the plain QStandardItemModel + QSortFilterProxyModel baseline of this run:\n");
-    for (const auto& entry : reporter.milliseconds) {
+    std::printf("\nAgainst the plain QStandardItemModel + QSortFilterProxyModel baseline of this run (ms):\n");
+    std::printf("  %-46s %11s %11s %7s %11s %11s %7s\n", "", "real", "baseline", "ratio", "cpu", "baseline",
+                "ratio");
+    for (const auto& entry : reporter.figures) {
         if (entry.first.find("Baseline") != std::string::npos)
             continue;
-        auto baseline = reporter.milliseconds.find(baselineOf(entry.first));
-        if (baseline == reporter.milliseconds.end() || baseline->second <= 0)
+        auto baseline = reporter.figures.find(baselineOf(entry.first));
+        if (baseline == reporter.figures.end() || baseline->second.realMs <= 0 || baseline->second.cpuMs <= 0)
             continue;
-        std::printf("  %-50s %12.3f ms  baseline %12.3f ms  x%7.2f\n", entry.first.c_str(), entry.second,
-                    baseline->second, entry.second / baseline->second);
+        const Figure& ours = entry.second;
+        const Figure& base = baseline->second;
+        std::printf("  %-46s %11.3f %11.3f %7.2f %11.3f %11.3f %7.2f\n", entry.first.c_str(), ours.realMs,
+                    base.realMs, ours.realMs / base.realMs, ours.cpuMs, base.cpuMs, ours.cpuMs / base.cpuMs);
     }
 }
 
