@@ -132,7 +132,7 @@ int main(int argc, char** argv)
     QTranslator translator;
     translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
     QApplication::installTranslator(&translator);
-    ScreenCorner::setOverride({3, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
+    ScreenCorner::setOverride({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -359,6 +359,9 @@ NoticeListSortFilterModel::NoticeListSortFilterModel(NoticeListModel* sourceMode
     : QSortFilterProxyModel(parent)
     , m_noticeCategory(category)
 {
+    connect(this, &QAbstractProxyModel::sourceModelChanged, this, [this]() {
+        m_noticeSource = qobject_cast<const NoticeListModel*>(QSortFilterProxyModel::sourceModel());
+    });
     setSourceModel(sourceModel);
     setSortRole(Qt::UserRole);
     setDynamicSortFilter(true);
@@ -372,8 +375,17 @@ QVariant NoticeListSortFilterModel::data(const QModelIndex& index, int role) con
     return QSortFilterProxyModel::data(index, role);
 }
 
+// Filtering and sorting run over every row on every reset of the list, so the
+// notice model's records are read directly. Any other source model is read
+// through its data(), as a view would.
 bool NoticeListSortFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
 {
+    const NoticeListModel* notices = m_noticeSource.data();
+    if (notices && notices == sourceModel()) {
+        // A flat list: no row has a parent.
+        const VyrEngine::GatherNotice* notice = sourceParent.isValid() ? nullptr : notices->noticeAt(sourceRow);
+        return notice && notice->category() == m_noticeCategory;
+    }
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
     const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
     return notice && notice->category() == m_noticeCategory;
@@ -383,6 +395,12 @@ bool NoticeListSortFilterModel::lessThan(const QModelIndex& left, const QModelIn
 {
     if (!left.isValid() || !right.isValid())
         return false;
+    const NoticeListModel* notices = m_noticeSource.data();
+    if (notices && left.model() == notices && right.model() == notices) {
+        const VyrEngine::GatherNotice* leftNotice = notices->noticeAt(left.row());
+        const VyrEngine::GatherNotice* rightNotice = notices->noticeAt(right.row());
+        return leftNotice && rightNotice && leftNotice->time() < rightNotice->time();
+    }
     const auto leftNotice = left.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
     const auto rightNotice = right.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
     if (!leftNotice || !rightNotice)

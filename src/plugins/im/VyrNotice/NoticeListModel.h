@@ -6,6 +6,7 @@
 #include "VyrNoticeExport.h"
 
 #include <QAbstractListModel>
+#include <QPointer>
 #include <QSharedPointer>
 #include <QSortFilterProxyModel>
 #include <vector>
@@ -146,8 +147,17 @@ signals:
     void lessonNoticeUpdated();
 
 private:
+    friend class NoticeListSortFilterModel;
+
     explicit NoticeListModel(QObject* parent);
     void init();
+
+    // The record of a row, or null: what the window's proxy filters and sorts
+    // on, read without wrapping a shared pointer in a QVariant each time.
+    const VyrEngine::GatherNotice* noticeAt(int row) const
+    {
+        return row >= 0 && size_t(row) < m_notices.size() ? m_notices[size_t(row)].get() : nullptr;
+    }
 
     void addNotice(VyrEngine::GatherNoticePtr notice);
     void onLessonInfoArrived(VyrEngine::NoticeType type, quint64 lessonId,
@@ -180,4 +190,6 @@ protected:
 
 private:
     VyrEngine::NoticeCategory m_noticeCategory;
+    // The source when it is the notice model, whose records are then read directly.
+    QPointer<const NoticeListModel> m_noticeSource;
 };
