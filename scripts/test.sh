@@ -9,10 +9,11 @@ cd "$root"
 bash scripts/setup-deps.sh
 
 build=build
-extra=()
+# The benchmarks are built (not run) too, so that they keep compiling.
+extra=(-DVYR_BUILD_BENCH=ON)
 if [ "${1:-}" = "--sanitize" ]; then
   build=build-asan
-  extra=(-DVYR_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug)
+  extra=(-DVYR_SANITIZE=ON -DVYR_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug)
   export ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:exitcode=23"
   export UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1"
   export LSAN_OPTIONS="suppressions=$root/scripts/lsan.supp:print_suppressions=0"
