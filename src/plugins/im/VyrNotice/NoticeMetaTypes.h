@@ -20,4 +20,4 @@ Q_DECLARE_METATYPE(QSharedPointer<OpaqueCommonPod>)
 Q_DECLARE_METATYPE(RoomType)
 Q_DECLARE_METATYPE(VyrEngine::ClusterID)
 Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
-Q_DECLARE_METATYPE(VyrEngine::FriendRequestInfo)
+// VyrEngine::FriendRequestInfo is declared beside the record, in FriendRequestInfo.h.
