@@ -3,9 +3,10 @@
 #include <QCoreApplication>
 #include <QMetaMethod>
 #include <QThread>
-#include <QtConcurrent>
+#include <QFutureInterface>
 #include <algorithm>
 #include <chrono>
+#include <memory>
 
 namespace VyrEngine {
 
@@ -190,9 +191,22 @@ void NoticeEngine::emitRecordSignal(RecordSignal kind, const FriendRequestInfo& 
     }
 }
 
+QFuture<void> NoticeEngine::runOnEmitThread(std::function<void()> emission)
+{
+    // A plain runnable and a future of our own: QtConcurrent's future would let
+    // a waiting caller steal the task and emit on its own thread.
+    auto done = std::make_shared<QFutureInterface<void>>();
+    done->reportStarted();
+    m_emitPool.start([done, emission]() {
+        emission();
+        done->reportFinished();
+    });
+    return done->future();
+}
+
 QFuture<void> NoticeEngine::emitRecordSignalFromThread(RecordSignal kind, const FriendRequestInfo& info)
 {
-    return QtConcurrent::run(&m_emitPool, [this, kind, info]() { emitRecordSignal(kind, info); });
+    return runOnEmitThread([this, kind, info]() { emitRecordSignal(kind, info); });
 }
 
 void NoticeEngine::emitDeleteSignal(quint64 id)
@@ -202,7 +216,7 @@ void NoticeEngine::emitDeleteSignal(quint64 id)
 
 QFuture<void> NoticeEngine::emitDeleteSignalFromThread(quint64 id)
 {
-    return QtConcurrent::run(&m_emitPool, [this, id]() { emit signalDeleteOneAddNotice(id); });
+    return runOnEmitThread([this, id]() { emit signalDeleteOneAddNotice(id); });
 }
 
 void NoticeEngine::emitErrorNotice(const QString& text)

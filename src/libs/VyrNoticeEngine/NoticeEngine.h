@@ -10,6 +10,7 @@
 #include <QThreadPool>
 #include <QVector>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 
 class QThread;
@@ -144,6 +145,7 @@ private:
     static bool comesAfterAnchor(const FriendRequestInfo& info, quint64 date, int sequenceId);
     QVector<FriendRequestInfo> sortedStoreLocked() const;
     void storeLocked(const FriendRequestInfo& info);
+    QFuture<void> runOnEmitThread(std::function<void()> emission);
 
     static NoticeEngine* m_pInstance;
     QThread* const m_engineThread;
