@@ -96,7 +96,10 @@ QString TestFriendRequestLoad::runOperation(int step)
         const FriendRequestInfo info = randomRecord();
         const auto signal = static_cast<NoticeEngine::RecordSignal>(m_random.bounded(4));
         if (step % 7 == 0)
-            engine->emitRecordSignalFromThread(signal, info).waitForFinished();
+        {
+            engine->emitRecordSignalFromThread(signal, info);
+            engine->waitForThreadEmissions();
+        }
         else
             engine->emitRecordSignal(signal, info);
         QCoreApplication::sendPostedEvents();

@@ -239,12 +239,13 @@ void TestFriendRequestPaging::recordsFromAnotherThreadDuringAPage()
     QVERIFY(engine->waitForFriendRequestsCalls(1, 5000));
     QThread* guiThread = QThread::currentThread();
     QThread* emitter = nullptr;
-    QObject::connect(engine, &NoticeEngine::signalContactorAddNotice, engine,
+    QObject listener;
+    QObject::connect(engine, &NoticeEngine::signalContactorAddNotice, &listener,
                      [&emitter](const FriendRequestInfo&) { emitter = QThread::currentThread(); },
                      Qt::DirectConnection);
-    engine->emitRecordSignalFromThread(NoticeEngine::ContactorAdd, from(5, 40, 4, at(0, 9), QStringLiteral("live")))
-        .waitForFinished();
-    engine->emitDeleteSignalFromThread(4).waitForFinished();
+    engine->emitRecordSignalFromThread(NoticeEngine::ContactorAdd, from(5, 40, 4, at(0, 9), QStringLiteral("live")));
+    engine->emitDeleteSignalFromThread(4);
+    engine->waitForThreadEmissions();
     QVERIFY(emitter && emitter != guiThread);
     engine->setFriendRequestsHeld(false);
     settle();
@@ -256,7 +257,8 @@ void TestFriendRequestPaging::recordsFromAnotherThreadDuringAPage()
 void TestFriendRequestPaging::deleteOfLastRowFromAnotherThreadFlipsToEmpty()
 {
     fill({from(3, 30, 4, at(0))});
-    NoticeEngine::instance()->emitDeleteSignalFromThread(3).waitForFinished();
+    NoticeEngine::instance()->emitDeleteSignalFromThread(3);
+    NoticeEngine::instance()->waitForThreadEmissions();
     QCOMPARE(m_model->rowCount(), 1);
     settle();
     QVERIFY(m_model->isFriendRequestEmpty());

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QMetaMethod>
 #include <QThread>
-#include <QFutureInterface>
 #include <algorithm>
 #include <chrono>
 #include <memory>
@@ -18,8 +17,6 @@ NoticeEngine::NoticeEngine(QObject* parent)
 {
     qRegisterMetaType<FriendRequestInfo>("VyrEngine::FriendRequestInfo");
     qRegisterMetaType<QVector<FriendRequestInfo>>("QVector<VyrEngine::FriendRequestInfo>");
-    // One worker keeps the host's off-thread emissions in the order they were asked for.
-    m_emitPool.setMaxThreadCount(1);
 }
 
 NoticeEngine* NoticeEngine::instance()
@@ -191,22 +188,42 @@ void NoticeEngine::emitRecordSignal(RecordSignal kind, const FriendRequestInfo& 
     }
 }
 
-QFuture<void> NoticeEngine::runOnEmitThread(std::function<void()> emission)
+// One thread of the engine's own emits what the host asks for, in order. It
+// lives as long as the engine, that is until the process ends.
+void NoticeEngine::runOnEmitThread(std::function<void()> emission)
 {
-    // A plain runnable and a future of our own: QtConcurrent's future would let
-    // a waiting caller steal the task and emit on its own thread.
-    auto done = std::make_shared<QFutureInterface<void>>();
-    done->reportStarted();
-    m_emitPool.start([done, emission]() {
-        emission();
-        done->reportFinished();
-    });
-    return done->future();
+    std::lock_guard<std::mutex> lock(m_emitMutex);
+    if (!m_emitThread.joinable())
+        m_emitThread = std::thread([this]() { emitLoop(); });
+    m_emitQueue.push_back(std::move(emission));
+    m_emitChanged.notify_all();
 }
 
-QFuture<void> NoticeEngine::emitRecordSignalFromThread(RecordSignal kind, const FriendRequestInfo& info)
+void NoticeEngine::emitLoop()
 {
-    return runOnEmitThread([this, kind, info]() { emitRecordSignal(kind, info); });
+    std::unique_lock<std::mutex> lock(m_emitMutex);
+    for (;;) {
+        m_emitChanged.wait(lock, [this]() { return !m_emitQueue.empty(); });
+        std::function<void()> emission = std::move(m_emitQueue.front());
+        m_emitQueue.pop_front();
+        m_emitting = true;
+        lock.unlock();
+        emission();
+        lock.lock();
+        m_emitting = false;
+        m_emitChanged.notify_all();
+    }
+}
+
+void NoticeEngine::waitForThreadEmissions()
+{
+    std::unique_lock<std::mutex> lock(m_emitMutex);
+    m_emitChanged.wait(lock, [this]() { return m_emitQueue.empty() && !m_emitting; });
+}
+
+void NoticeEngine::emitRecordSignalFromThread(RecordSignal kind, const FriendRequestInfo& info)
+{
+    runOnEmitThread([this, kind, info]() { emitRecordSignal(kind, info); });
 }
 
 void NoticeEngine::emitDeleteSignal(quint64 id)
@@ -214,9 +231,9 @@ void NoticeEngine::emitDeleteSignal(quint64 id)
     emit signalDeleteOneAddNotice(id);
 }
 
-QFuture<void> NoticeEngine::emitDeleteSignalFromThread(quint64 id)
+void NoticeEngine::emitDeleteSignalFromThread(quint64 id)
 {
-    return runOnEmitThread([this, id]() { emit signalDeleteOneAddNotice(id); });
+    runOnEmitThread([this, id]() { emit signalDeleteOneAddNotice(id); });
 }
 
 void NoticeEngine::emitErrorNotice(const QString& text)
@@ -306,7 +323,7 @@ void NoticeEngine::connectNotify(const QMetaMethod& signal)
 
 void NoticeEngine::clear()
 {
-    m_emitPool.waitForDone();
+    waitForThreadEmissions();
     std::lock_guard<std::mutex> lock(m_mutex);
     m_store.clear();
     m_scripted.clear();

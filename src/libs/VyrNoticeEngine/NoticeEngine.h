@@ -2,16 +2,16 @@
 
 #include "FriendRequestInfo.h"
 
-#include <QFuture>
 #include <QList>
 #include <QObject>
 #include <QPair>
 #include <QStringList>
-#include <QThreadPool>
 #include <QVector>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <mutex>
+#include <thread>
 
 class QThread;
 
@@ -43,11 +43,11 @@ namespace VyrEngine {
 //   setUiDataReady(ready)             what isUiDataReady() answers; true also emits signalInitUiData
 //   emitRecordSignal(kind, info)      emit one of the four record signals on the calling thread
 //   emitRecordSignalFromThread(kind, info)
-//                                     the same from the engine's own worker thread; emissions
-//                                     started this way keep their order; the future ends after
-//                                     the emission
+//                                     the same from the engine's own emitter thread, later;
+//                                     emissions asked for this way keep their order
 //   emitDeleteSignal(id), emitDeleteSignalFromThread(id)
-//                                     signalDeleteOneAddNotice, on this or the worker thread
+//                                     signalDeleteOneAddNotice, on this or the emitter thread
+//   waitForThreadEmissions()          returns once the emitter thread has emitted all it was given
 //   emitErrorNotice(text)             signalFriendRequestErrorNotice
 //   setFriendRequestsDelay(ms)        each friendRequests call blocks this long first
 //   setFriendRequestsFail(fail)       friendRequests answers false with nothing
@@ -99,9 +99,10 @@ public:
 
     // Host side: live signals.
     void emitRecordSignal(RecordSignal kind, const FriendRequestInfo& info);
-    QFuture<void> emitRecordSignalFromThread(RecordSignal kind, const FriendRequestInfo& info);
+    void emitRecordSignalFromThread(RecordSignal kind, const FriendRequestInfo& info);
     void emitDeleteSignal(quint64 id);
-    QFuture<void> emitDeleteSignalFromThread(quint64 id);
+    void emitDeleteSignalFromThread(quint64 id);
+    void waitForThreadEmissions();
     void emitErrorNotice(const QString& text);
 
     // Host side: how the query behaves.
@@ -145,11 +146,19 @@ private:
     static bool comesAfterAnchor(const FriendRequestInfo& info, quint64 date, int sequenceId);
     QVector<FriendRequestInfo> sortedStoreLocked() const;
     void storeLocked(const FriendRequestInfo& info);
-    QFuture<void> runOnEmitThread(std::function<void()> emission);
+    void runOnEmitThread(std::function<void()> emission);
+    void emitLoop();
 
     static NoticeEngine* m_pInstance;
     QThread* const m_engineThread;
-    QThreadPool m_emitPool;
+
+    // The emitter thread and its queue, synchronised with the standard
+    // library so that ThreadSanitizer sees every hand-over.
+    std::mutex m_emitMutex;
+    std::condition_variable m_emitChanged;
+    std::deque<std::function<void()>> m_emitQueue;
+    std::thread m_emitThread;
+    bool m_emitting = false;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_callsChanged;
