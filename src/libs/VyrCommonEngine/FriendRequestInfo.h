@@ -1,11 +1,21 @@
 #pragma once
 
+#include <QMetaType>
 #include <QString>
+#include <QVector>
 #include <QtGlobal>
 
 namespace VyrEngine {
 
-// One friend request between the user and another person.
+// One friend request between the user and another person, as the notice
+// engine stores and signals it. `status` holds a friend-request status
+// (0 agreed by me ... 6 overdue); `date` is seconds since the epoch.
+//
+// The record and QVector<FriendRequestInfo> cross queued signals: both are
+// declared meta types here, registered under "VyrEngine::FriendRequestInfo"
+// and "QVector<VyrEngine::FriendRequestInfo>" on first use.
+//
+// Host side: none; a plain record built with its setters.
 class FriendRequestInfo
 {
 public:
@@ -37,3 +47,5 @@ private:
 };
 
 } // namespace VyrEngine
+
+Q_DECLARE_METATYPE(VyrEngine::FriendRequestInfo)

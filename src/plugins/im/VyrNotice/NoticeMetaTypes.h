@@ -25,8 +25,7 @@ Q_DECLARE_METATYPE(RoomType)
 // A cluster's id, and a list of them.
 Q_DECLARE_METATYPE(VyrEngine::ClusterID)
 Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
-// One friend request.
-Q_DECLARE_METATYPE(VyrEngine::FriendRequestInfo)
+// VyrEngine::FriendRequestInfo is declared beside the record, in FriendRequestInfo.h.
 
 // VyrEngine::GatherNoticePtr and StudyActivityNoticeWidgetDisplayPod are
 // declared in their own headers. VyrEngine::NoticeCategory has no meta-type.

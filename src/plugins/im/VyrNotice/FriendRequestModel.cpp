@@ -1,0 +1,354 @@
+#include "FriendRequestModel.h"
+
+#include "CoreEngine.h"
+#include "FriendRequestShowMoreSignals.h"
+#include "FriendRequestTreeItem.h"
+#include "NoticeEngine.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QDebug>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+using VyrEngine::FriendRequestInfo;
+
+namespace {
+
+const int FirstPageSize = 200;
+const int LaterPageSize = 30;
+
+// Counts the debug lines at the top of preAdd; they and it vanish together in release builds.
+int s_preAddLineCount = 0;
+
+// The local calendar day of a time in seconds since the epoch.
+QDate dayOf(quint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds)).date();
+}
+
+} // namespace
+
+FriendRequestModel::FriendRequestModel(QObject* parent)
+    : AbstractTreeModel(new FriendRequestTreeItem(0, 0, 0, QString(), 0, 0, 0, nullptr), parent)
+{
+    auto* engine = VyrEngine::NoticeEngine::instance();
+    connect(engine, &VyrEngine::NoticeEngine::signalContactsAddConfirmNotice, this,
+            &FriendRequestModel::contactsAddConfirmNoticeSlot, Qt::QueuedConnection);
+    connect(engine, &VyrEngine::NoticeEngine::signalContactorAddReplyNotice, this,
+            &FriendRequestModel::contactorAddReplyNoticeSlot, Qt::QueuedConnection);
+    connect(engine, &VyrEngine::NoticeEngine::signalContactorAddNotice, this,
+            &FriendRequestModel::contactorAddNoticeSlot, Qt::QueuedConnection);
+    connect(engine, &VyrEngine::NoticeEngine::signalDeleteOneAddNotice, this,
+            &FriendRequestModel::deleteOneNoticeSlot, Qt::QueuedConnection);
+    connect(engine, &VyrEngine::NoticeEngine::signalSetFriendRequestOverdue, this,
+            &FriendRequestModel::setContactsAddOverdueSlot, Qt::QueuedConnection);
+    connect(showMoreSignals(), &FriendRequestShowMoreSignals::syncLoadMore, this,
+            &FriendRequestModel::syncLoadMoreSlot, Qt::QueuedConnection);
+}
+
+// The items belong to the base class, which frees them with the root.
+FriendRequestModel::~FriendRequestModel() = default;
+
+FriendRequestShowMoreSignals* FriendRequestModel::showMoreSignals()
+{
+    static FriendRequestShowMoreSignals instance;
+    return &instance;
+}
+
+bool FriendRequestModel::isFriendRequestEmpty() const
+{
+    return root()->childCount() == 0;
+}
+
+int FriendRequestModel::columnCount(const QModelIndex&) const
+{
+    return 1;
+}
+
+QVariant FriendRequestModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return QVariant();
+    const auto* item = static_cast<FriendRequestTreeItem*>(index.internalPointer());
+    switch (role) {
+    case SequenceIdRole: return item->sequenceId();
+    case DisplayIdRole: return qulonglong(item->displayId());
+    case DateRole: return qulonglong(item->date());
+    case MessageRole: return item->message();
+    case StatusRole: return item->status();
+    case SourceIdRole: return qulonglong(item->sourceId());
+    case TargetIdRole: return qulonglong(item->targetId());
+    default: return QVariant();
+    }
+}
+
+Qt::ItemFlags FriendRequestModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return QAbstractItemModel::flags(index);
+    return Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+}
+
+bool FriendRequestModel::isHiddenRecord(const FriendRequestInfo& info)
+{
+    // A request of the user's own that the other side refused is never shown.
+    return info.sourceId() == VyrEngine::CoreEngine::instance()->currentUid() && info.status() == RefusedByPeer;
+}
+
+quint64 FriendRequestModel::getDisplayId(FriendRequestInfo info)
+{
+    if (info.sourceId() == VyrEngine::CoreEngine::instance()->currentUid())
+        return info.targetId();
+    return info.sourceId();
+}
+
+FriendRequestTreeItem* FriendRequestModel::makeItem(const FriendRequestInfo& info, quint64 displayId) const
+{
+    return new FriendRequestTreeItem(info.sequenceId(), displayId, info.date(), info.message(), info.status(),
+                                     info.sourceId(), info.targetId(), nullptr);
+}
+
+FriendRequestTreeItem* FriendRequestModel::groupAt(int row) const
+{
+    return static_cast<FriendRequestTreeItem*>(root()->child(row));
+}
+
+int FriendRequestModel::leafRowOf(FriendRequestTreeItem* group, quint64 displayId) const
+{
+    for (int row = 0; row < group->childCount(); ++row) {
+        if (static_cast<FriendRequestTreeItem*>(group->child(row))->displayId() == displayId)
+            return row;
+    }
+    return -1;
+}
+
+// Removes a row, or its whole group when it is the group's last row.
+void FriendRequestModel::removeRowOf(int groupRow, int leafRow)
+{
+    FriendRequestTreeItem* group = groupAt(groupRow);
+    if (group->childCount() >= 2) {
+        beginRemoveRows(index(groupRow, 0, QModelIndex()), leafRow, leafRow);
+        group->removeChild(group->child(leafRow));
+        endRemoveRows();
+    } else {
+        beginRemoveRows(QModelIndex(), groupRow, groupRow);
+        root()->removeChild(group);
+        endRemoveRows();
+    }
+}
+
+void FriendRequestModel::update(FriendRequestInfo info)
+{
+    if (isHiddenRecord(info))
+        return;
+    const quint64 id = getDisplayId(info);
+    // Whether the person has a row is the map's answer; a date too large for
+    // QDateTime has a null day and must still count as a row.
+    const bool hasRow = m_dateByDisplayId.contains(id);
+    const QDate oldDay = hasRow ? dayOf(m_dateByDisplayId.value(id)) : QDate();
+    const QDate newDay = dayOf(info.date());
+    bool placed = false;
+    // Intended: the walk visits every group and steps on after removing one,
+    // so the group that moves into the removed one's place is skipped.
+    for (int i = 0; i < root()->childCount(); ++i) {
+        FriendRequestTreeItem* group = groupAt(i);
+        const QDate day = dayOf(group->date());
+        if (day == newDay) {
+            const int leafRow = leafRowOf(group, id);
+            if (leafRow >= 0) {
+                auto* leaf = static_cast<FriendRequestTreeItem*>(group->child(leafRow));
+                leaf->setDate(info.date());
+                leaf->setMessage(info.message());
+                leaf->setStatus(info.status());
+                // Intended: the top-level index with the leaf's row number, not the
+                // leaf; the view repaints on the expandAllSignal that follows.
+                const QModelIndex changed = index(leafRow, 0, QModelIndex());
+                emit dataChanged(changed, changed, {});
+                placed = true;
+            } else if (!placed && !(hasRow && oldDay == newDay)) {
+                // A second group of one day (left by the skip above) takes no
+                // second row: the person is placed once, in the first such group.
+                preAdd(info, index(i, 0, QModelIndex()));
+                placed = true;
+            }
+        } else if (hasRow && day == oldDay) {
+            const int leafRow = leafRowOf(group, id);
+            if (leafRow >= 0)
+                removeRowOf(i, leafRow);
+        }
+    }
+    if (!placed)
+        preAdd(info, QModelIndex());
+    m_dateByDisplayId[id] = info.date();
+    emit expandAllSignal();
+}
+
+void FriendRequestModel::preAdd(FriendRequestInfo info, const QModelIndex& parent)
+{
+    if (isHiddenRecord(info))
+        return;
+    qDebug() << "==========" << info.message() << ", " << s_preAddLineCount++;
+    const quint64 id = getDisplayId(info);
+    bool madeGroup = false;
+    beginInsertRows(parent, 0, 0);
+    if (!parent.isValid()) {
+        root()->insertChild(0, makeItem(info, id));
+        madeGroup = true;
+    } else {
+        itemFromIndex(parent)->insertChild(0, makeItem(info, id));
+    }
+    endInsertRows();
+    if (madeGroup) {
+        beginInsertRows(index(0, 0, parent), 0, 0);
+        root()->child(0)->insertChild(0, makeItem(info, id));
+        endInsertRows();
+    }
+    emit friendRequestChangeSignal();
+    emit needUpdate(parent);
+}
+
+void FriendRequestModel::lastAdd(FriendRequestInfo info, const QModelIndex& parent)
+{
+    if (isHiddenRecord(info))
+        return;
+    const quint64 id = getDisplayId(info);
+    bool madeGroup = false;
+    const int n = rowCount(parent);
+    beginInsertRows(parent, n, n);
+    if (!parent.isValid()) {
+        root()->appendChild(makeItem(info, id));
+        madeGroup = true;
+    } else {
+        itemFromIndex(parent)->appendChild(makeItem(info, id));
+    }
+    endInsertRows();
+    if (madeGroup) {
+        const int m = rowCount(parent);
+        // Intended: the column equals the row and the rows are the root's, not
+        // the new group's. With more than one group the index is invalid, so
+        // this announces a top-level row that never comes.
+        beginInsertRows(index(m - 1, m - 1, parent), m, m);
+        root()->child(m - 1)->appendChild(makeItem(info, id));
+        endInsertRows();
+    }
+    emit expandAllSignal();
+    emit friendRequestChangeSignal();
+}
+
+void FriendRequestModel::loadMore(FriendRequestInfo info)
+{
+    if (isHiddenRecord(info))
+        return;
+    const quint64 id = getDisplayId(info);
+    // The newer record already made this person's row.
+    if (m_dateByDisplayId.contains(id))
+        return;
+    const QDate day = dayOf(info.date());
+    for (int i = 0; i < root()->childCount(); ++i) {
+        FriendRequestTreeItem* group = groupAt(i);
+        if (dayOf(group->date()) != day)
+            continue;
+        if (leafRowOf(group, id) >= 0)
+            return;
+        lastAdd(info, index(i, 0, QModelIndex()));
+        m_dateByDisplayId[id] = info.date();
+        return;
+    }
+    lastAdd(info, QModelIndex());
+    m_dateByDisplayId[id] = info.date();
+}
+
+bool FriendRequestModel::deleteOneNoticeSlot(quint64 id)
+{
+    if (!m_dateByDisplayId.contains(id))
+        return true;
+    const QDate day = dayOf(m_dateByDisplayId.value(id));
+    for (int i = 0; i < root()->childCount(); ++i) {
+        if (dayOf(groupAt(i)->date()) != day)
+            continue;
+        // Only the first group of the day is looked at.
+        const int leafRow = leafRowOf(groupAt(i), id);
+        if (leafRow >= 0) {
+            removeRowOf(i, leafRow);
+            m_dateByDisplayId.remove(id);
+            emit expandAllSignal();
+        }
+        break;
+    }
+    emit friendRequestChangeSignal();
+    return true;
+}
+
+void FriendRequestModel::printAllFriendRequest()
+{
+    for (AbstractTreeItem* groupItem : root()->children()) {
+        auto* group = static_cast<FriendRequestTreeItem*>(groupItem);
+        qDebug() << "#######parent: " << group->childCount() << group->displayId() << dayOf(group->date())
+                 << group->message();
+        for (AbstractTreeItem* leafItem : group->children()) {
+            auto* leaf = static_cast<FriendRequestTreeItem*>(leafItem);
+            // Intended: the group's sequence id and day, beside the row's person and message.
+            qDebug() << "#######child: " << group->sequenceId() << leaf->displayId() << dayOf(group->date())
+                     << leaf->message();
+        }
+    }
+}
+
+void FriendRequestModel::contactorAddNoticeSlot(FriendRequestInfo info)
+{
+    update(info);
+}
+
+void FriendRequestModel::contactorAddReplyNoticeSlot(FriendRequestInfo info)
+{
+    update(info);
+}
+
+void FriendRequestModel::contactsAddConfirmNoticeSlot(FriendRequestInfo info)
+{
+    update(info);
+}
+
+void FriendRequestModel::setContactsAddOverdueSlot(FriendRequestInfo info)
+{
+    update(info);
+}
+
+void FriendRequestModel::initUiData()
+{
+    QVector<FriendRequestInfo> records;
+    const quint64 now = static_cast<quint64>(VyrEngine::CoreEngine::instance()->currentDateTime().toSecsSinceEpoch());
+    // The answer is not looked at: the rows are whatever the vector holds.
+    VyrEngine::NoticeEngine::instance()->friendRequests(records, FirstPageSize, now, -1);
+    // Newest first in the answer; oldest first into update, so the newest ends on top.
+    for (int i = records.size() - 1; i >= 0; --i)
+        update(records.at(i));
+}
+
+void FriendRequestModel::loadMoreUiData()
+{
+    AbstractTreeItem* lastGroup = root()->child(root()->childCount() - 1);
+    if (!lastGroup)
+        return;
+    auto* lastRow = static_cast<FriendRequestTreeItem*>(lastGroup->child(lastGroup->childCount() - 1));
+    if (!lastRow)
+        return;
+    // Nobody waits on this task and nobody cancels it.
+    QtConcurrent::run(QThreadPool::globalInstance(), &FriendRequestModel::syncLoadMore, LaterPageSize,
+                      lastRow->date(), lastRow->sequenceId());
+}
+
+void FriendRequestModel::syncLoadMore(int count, quint64 date, int sequenceId)
+{
+    QVector<FriendRequestInfo> records;
+    if (VyrEngine::NoticeEngine::instance()->friendRequests(records, count, date, sequenceId))
+        emit showMoreSignals()->syncLoadMore(records);
+}
+
+void FriendRequestModel::syncLoadMoreSlot(QVector<FriendRequestInfo> vec)
+{
+    for (const FriendRequestInfo& info : vec)
+        loadMore(info);
+    emit friendRequestChangeSignal();
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "AbstractTreeModel.h"
+#include "FriendRequestInfo.h"
+#include "VyrNoticeExport.h"
+
+#include <QMap>
+#include <QVector>
+
+class FriendRequestShowMoreSignals;
+class FriendRequestTreeItem;
+
+// What a friend request's status means.
+enum FriendRequestStatus
+{
+    AgreedByMe = 0,
+    RefusedByMe = 1,
+    AgreedByPeer = 2,
+    RefusedByPeer = 3, // a record of the user's own with this status is never shown
+    AwaitingMyAnswer = 4,
+    AwaitingPeerAnswer = 5,
+    Overdue = 6,
+};
+
+// The item data roles of the friend-request tree.
+enum FriendRequestItemRole
+{
+    SequenceIdRole = 100,
+    DisplayIdRole = 101,
+    DateRole = 102,
+    MessageRole = 103,
+    StatusRole = 104,
+    SourceIdRole = 105,
+    TargetIdRole = 106,
+};
+
+// The friend-request page's tree: one group for each local calendar day, one
+// row for each other person under it. Every change comes from the notice
+// engine, through queued connections; later pages are fetched on the global
+// thread pool.
+class VYRNOTICE_EXPORT FriendRequestModel : public AbstractTreeModel
+{
+    Q_OBJECT
+public:
+    explicit FriendRequestModel(QObject* parent = nullptr);
+    ~FriendRequestModel() override;
+
+    bool isFriendRequestEmpty() const;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+public slots:
+    bool deleteOneNoticeSlot(quint64 id);
+    void contactorAddNoticeSlot(VyrEngine::FriendRequestInfo info);
+    void contactorAddReplyNoticeSlot(VyrEngine::FriendRequestInfo info);
+    void contactsAddConfirmNoticeSlot(VyrEngine::FriendRequestInfo info);
+    void setContactsAddOverdueSlot(VyrEngine::FriendRequestInfo info);
+    void initUiData();
+    void loadMoreUiData();
+
+signals:
+    void expandAllSignal();
+    void friendRequestChangeSignal();
+    void needUpdate(QModelIndex index);
+
+private slots:
+    void syncLoadMoreSlot(QVector<VyrEngine::FriendRequestInfo> vec);
+
+private:
+    friend class FriendRequestModelProbe; // the tests' window on the private operations
+
+    void preAdd(VyrEngine::FriendRequestInfo info, const QModelIndex& parent);
+    void lastAdd(VyrEngine::FriendRequestInfo info, const QModelIndex& parent);
+    void update(VyrEngine::FriendRequestInfo info);
+    void loadMore(VyrEngine::FriendRequestInfo info);
+    void printAllFriendRequest();
+    quint64 getDisplayId(VyrEngine::FriendRequestInfo info);
+    static void syncLoadMore(int count, quint64 date, int sequenceId);
+    static FriendRequestShowMoreSignals* showMoreSignals();
+
+    bool isHiddenRecord(const VyrEngine::FriendRequestInfo& info);
+    FriendRequestTreeItem* makeItem(const VyrEngine::FriendRequestInfo& info, quint64 displayId) const;
+    FriendRequestTreeItem* groupAt(int row) const;
+    int leafRowOf(FriendRequestTreeItem* group, quint64 displayId) const;
+    void removeRowOf(int groupRow, int leafRow);
+
+    QMap<quint64, quint64> m_dateByDisplayId;
+};
