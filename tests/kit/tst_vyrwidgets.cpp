@@ -1,10 +1,53 @@
+#include "AbstractTreeItem.h"
+#include "AbstractTreeModel.h"
 #include "Movable.h"
 #include "VyrListView.h"
 
+#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QtTest>
 
-// The client's widgets: the drag helper and the list view.
+namespace {
+int s_alive = 0;
+
+// A named node that counts how many of its kind are alive.
+class NamedItem : public AbstractTreeItem
+{
+public:
+    explicit NamedItem(const QString& name, AbstractTreeItem* parent = nullptr)
+        : AbstractTreeItem(parent)
+        , m_name(name)
+    {
+        ++s_alive;
+    }
+    ~NamedItem() override { --s_alive; }
+    AbstractTreeItem* clone() const override { return new NamedItem(m_name); }
+    QString idText() const override { return m_name; }
+
+private:
+    QString m_name;
+};
+
+class NamedModel : public AbstractTreeModel
+{
+public:
+    explicit NamedModel(AbstractTreeItem* root)
+        : AbstractTreeModel(root)
+    {
+    }
+    using AbstractTreeModel::root;
+};
+
+QString names(const AbstractTreeItem* item)
+{
+    QStringList out;
+    for (AbstractTreeItem* child : item->children())
+        out << child->idText();
+    return out.join(QLatin1Char(' '));
+}
+} // namespace
+
+// The client's widgets: the drag helper, the list view, the tree item and the tree model.
 class TestVyrWidgets : public QObject
 {
     Q_OBJECT
@@ -13,6 +56,18 @@ private slots:
     void movableDragsByTriggerStripOnly();
     void movableWholeAndNoneTypes();
     void listViewHasNoFrame();
+
+    void init() { s_alive = 0; }
+    void childOutOfRangeIsNull_data();
+    void childOutOfRangeIsNull();
+    void insertAppendAndRow();
+    void removeChildFreesItAndIgnoresStrangers();
+    void deletingFreesTheSubtree();
+    void modelWalksTheItems();
+    void modelIndexOutOfRangeIsInvalid_data();
+    void modelIndexOutOfRangeIsInvalid();
+    void modelPassesTheTester();
+    void modelOwnsTheRoot();
 };
 
 // Move type 2 drags only from the top strip; the signal reports each move.
@@ -77,6 +132,157 @@ void TestVyrWidgets::listViewHasNoFrame()
     QVERIFY(view.verticalScrollBar()->styleSheet().contains(QLatin1String("width: 6px")));
 }
 
+
+// child() answers null for any row out of range, negative ones included.
+void TestVyrWidgets::childOutOfRangeIsNull_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("-1") << -1 << "";
+    QTest::newRow("-100") << -100 << "";
+    QTest::newRow("0") << 0 << "a";
+    QTest::newRow("1") << 1 << "b";
+    QTest::newRow("2 (count)") << 2 << "";
+    QTest::newRow("INT_MAX") << INT_MAX << "";
+}
+
+void TestVyrWidgets::childOutOfRangeIsNull()
+{
+    QFETCH(int, row);
+    QFETCH(QString, expected);
+    NamedItem root(QStringLiteral("root"));
+    root.appendChild(new NamedItem(QStringLiteral("a")));
+    root.appendChild(new NamedItem(QStringLiteral("b")));
+    AbstractTreeItem* child = root.child(row);
+    QCOMPARE(child ? child->idText() : QString(), expected);
+}
+
+// insertChild places and adopts (a row out of range appends); row() is the place under the parent.
+void TestVyrWidgets::insertAppendAndRow()
+{
+    NamedItem root(QStringLiteral("root"));
+    auto* b = new NamedItem(QStringLiteral("b"));
+    root.appendChild(b);
+    root.insertChild(0, new NamedItem(QStringLiteral("a")));
+    root.insertChild(99, new NamedItem(QStringLiteral("d")));
+    root.insertChild(2, new NamedItem(QStringLiteral("c")));
+    root.insertChild(-5, new NamedItem(QStringLiteral("e")));
+    root.insertChild(0, nullptr);
+    QCOMPARE(names(&root), QStringLiteral("a b c d e"));
+    QCOMPARE(root.childCount(), 5);
+    QCOMPARE(b->row(), 1);
+    QCOMPARE(b->parentItem(), &root);
+    QCOMPARE(root.row(), 0);
+}
+
+// removeChild detaches and deletes the child; an item that is not a child is left alone.
+void TestVyrWidgets::removeChildFreesItAndIgnoresStrangers()
+{
+    NamedItem root(QStringLiteral("root"));
+    auto* a = new NamedItem(QStringLiteral("a"));
+    root.appendChild(a);
+    root.appendChild(new NamedItem(QStringLiteral("b")));
+    NamedItem stranger(QStringLiteral("s"));
+    QCOMPARE(s_alive, 4);
+    root.removeChild(a);
+    QCOMPARE(s_alive, 3);
+    QCOMPARE(names(&root), QStringLiteral("b"));
+    root.removeChild(&stranger);
+    root.removeChild(nullptr);
+    QCOMPARE(s_alive, 3);
+    QCOMPARE(root.childCount(), 1);
+}
+
+// An item frees its children, and theirs.
+void TestVyrWidgets::deletingFreesTheSubtree()
+{
+    auto* root = new NamedItem(QStringLiteral("root"));
+    auto* a = new NamedItem(QStringLiteral("a"));
+    root->appendChild(a);
+    a->appendChild(new NamedItem(QStringLiteral("a1")));
+    a->appendChild(new NamedItem(QStringLiteral("a2")));
+    QCOMPARE(s_alive, 4);
+    delete root;
+    QCOMPARE(s_alive, 0);
+}
+
+// index, parent and rowCount follow the items; data shows idText.
+void TestVyrWidgets::modelWalksTheItems()
+{
+    auto* root = new NamedItem(QStringLiteral("root"));
+    auto* a = new NamedItem(QStringLiteral("a"));
+    root->appendChild(a);
+    root->appendChild(new NamedItem(QStringLiteral("b")));
+    a->appendChild(new NamedItem(QStringLiteral("a1")));
+    NamedModel model(root);
+    QCOMPARE(model.root(), root);
+    QCOMPARE(model.rowCount(), 2);
+    const QModelIndex ia = model.index(0, 0);
+    QCOMPARE(ia.internalPointer(), static_cast<void*>(a));
+    QCOMPARE(model.rowCount(ia), 1);
+    const QModelIndex ia1 = model.index(0, 0, ia);
+    QCOMPARE(ia1.data().toString(), QStringLiteral("a1"));
+    QCOMPARE(model.parent(ia1), ia);
+    QCOMPARE(model.parent(ia), QModelIndex());
+    QCOMPARE(model.parent(QModelIndex()), QModelIndex());
+    QCOMPARE(model.columnCount(), 1);
+    QVERIFY(!model.data(ia, Qt::ToolTipRole).isValid());
+    QVERIFY(!model.data(QModelIndex()).isValid());
+}
+
+// A row or a column out of range gives an invalid index.
+void TestVyrWidgets::modelIndexOutOfRangeIsInvalid_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("0,0") << 0 << 0 << true;
+    QTest::newRow("1,0") << 1 << 0 << true;
+    QTest::newRow("2,0") << 2 << 0 << false;
+    QTest::newRow("-1,0") << -1 << 0 << false;
+    QTest::newRow("0,1") << 0 << 1 << false;
+    QTest::newRow("1,1") << 1 << 1 << false;
+    QTest::newRow("0,-1") << 0 << -1 << false;
+}
+
+void TestVyrWidgets::modelIndexOutOfRangeIsInvalid()
+{
+    QFETCH(int, row);
+    QFETCH(int, column);
+    QFETCH(bool, valid);
+    auto* root = new NamedItem(QStringLiteral("root"));
+    root->appendChild(new NamedItem(QStringLiteral("a")));
+    root->appendChild(new NamedItem(QStringLiteral("b")));
+    NamedModel model(root);
+    QCOMPARE(model.index(row, column).isValid(), valid);
+}
+
+// The model is a consistent tree for Qt's model tester.
+void TestVyrWidgets::modelPassesTheTester()
+{
+    auto* root = new NamedItem(QStringLiteral("root"));
+    for (int g = 0; g < 3; ++g) {
+        auto* group = new NamedItem(QStringLiteral("g%1").arg(g));
+        root->appendChild(group);
+        for (int r = 0; r < g + 1; ++r)
+            group->appendChild(new NamedItem(QStringLiteral("r%1").arg(r)));
+    }
+    NamedModel model(root);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    Q_UNUSED(tester);
+}
+
+// The model frees the root and everything under it.
+void TestVyrWidgets::modelOwnsTheRoot()
+{
+    {
+        auto* root = new NamedItem(QStringLiteral("root"));
+        root->appendChild(new NamedItem(QStringLiteral("a")));
+        NamedModel model(root);
+        QCOMPARE(s_alive, 2);
+    }
+    QCOMPARE(s_alive, 0);
+}
 
 QTEST_MAIN(TestVyrWidgets)
 #include "tst_vyrwidgets.moc"
