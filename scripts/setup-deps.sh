@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake pkg-config
+  build-essential cmake pkg-config tzdata
   qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
   fonts-dejavu-core fonts-wqy-microhei
   xvfb x11-utils

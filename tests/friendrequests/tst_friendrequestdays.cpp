@@ -11,9 +11,11 @@ using namespace Fr;
 using VyrEngine::FriendRequestInfo;
 using Probe = FriendRequestModelProbe;
 
-// Day groups follow the local calendar day. CTest runs this once in UTC and
-// once in Asia/Shanghai (UTC+8, no daylight saving); FRIEND_REQUEST_OFFSET
-// says which, so a zone that was not applied fails instead of passing.
+// Day groups follow the local calendar day. CTest runs this in UTC, in
+// Asia/Shanghai (UTC+8, no daylight saving) and in America/Sao_Paulo (whose
+// clocks skipped from midnight to one o'clock on 2018-11-04);
+// FRIEND_REQUEST_OFFSET says which, so a zone that was not applied fails
+// instead of passing.
 class TestFriendRequestDays : public QObject
 {
     Q_OBJECT
@@ -27,6 +29,7 @@ private slots:
     void sameUtcDayCanBeTwoLocalDays_data();
     void sameUtcDayCanBeTwoLocalDays();
     void updateAcrossMidnightMovesTheRow();
+    void groupsFollowLocalDaysAcrossClockChanges();
     void firstPageAnchorIsEngineTimeInSeconds();
 
 private:
@@ -99,6 +102,39 @@ void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays()
     Probe::update(m_model.get(), from(1, 1, 4, 1795103999));
     Probe::update(m_model.get(), from(2, 2, 4, 1795104000));
     QCOMPARE(FriendRequestTree::text(m_model.get()), treeText);
+}
+
+// Every twenty minutes over five days around the two clock changes of 2018 in
+// Sao Paulo, midnight skipped in November and repeated in February (the
+// remembered day bounds must agree with Qt's own local date at each one):
+// each row's day is its group's day, and no day has two groups.
+void TestFriendRequestDays::groupsFollowLocalDaysAcrossClockChanges()
+{
+    const qint64 sinceUtc[] = {QDateTime(QDate(2018, 11, 2), QTime(0, 0), Qt::UTC).toSecsSinceEpoch(),
+                               QDateTime(QDate(2018, 2, 16), QTime(0, 0), Qt::UTC).toSecsSinceEpoch()};
+    quint64 person = 1;
+    QSet<QDate> expectedDays;
+    for (const qint64 start : sinceUtc) {
+        for (qint64 t = start; t < start + 5 * 86400; t += 20 * 60, ++person) {
+            Probe::update(m_model.get(), from(person, person, 4, quint64(t)));
+            expectedDays.insert(QDateTime::fromSecsSinceEpoch(t).date());
+        }
+    }
+    const auto localDay = [](const QModelIndex& index) {
+        return QDateTime::fromSecsSinceEpoch(qint64(index.data(DateRole).toULongLong())).date();
+    };
+    QSet<QDate> groupDays;
+    int rows = 0;
+    for (int g = 0; g < m_model->rowCount(); ++g) {
+        const QModelIndex group = m_model->index(g, 0);
+        const QDate day = localDay(group);
+        QVERIFY2(!groupDays.contains(day), qPrintable(day.toString(Qt::ISODate)));
+        groupDays.insert(day);
+        for (int r = 0; r < m_model->rowCount(group); ++r, ++rows)
+            QCOMPARE(localDay(m_model->index(r, 0, group)), day);
+    }
+    QCOMPARE(rows, int(person - 1));
+    QCOMPARE(groupDays, expectedDays);
 }
 
 // A new request one local second after midnight moves the person to the new day.

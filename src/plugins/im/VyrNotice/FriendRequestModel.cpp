@@ -7,6 +7,8 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QMap>
+#include <QTime>
 #include <QDebug>
 #include <QThreadPool>
 #include <QtConcurrent>
@@ -21,10 +23,57 @@ const int LaterPageSize = 30;
 // Counts the debug lines at the top of preAdd; they and it vanish together in release builds.
 int s_preAddLineCount = 0;
 
+// Local calendar days by their bounds. Qt 5 re-reads the time zone on every
+// local-time conversion, and the tree converts every group's date on every
+// walk; a day's bounds are worked out once, and a time inside known bounds is
+// answered from them.
+class LocalDays
+{
+public:
+    QDate dayOf(qint64 seconds)
+    {
+        auto known = m_dayByStart.upperBound(seconds);
+        if (known != m_dayByStart.begin()) {
+            --known;
+            if (seconds < known.value().end)
+                return known.value().date;
+        }
+        const QDate date = QDateTime::fromSecsSinceEpoch(seconds).date();
+        remember(date, seconds);
+        return date;
+    }
+
+private:
+    struct Day
+    {
+        qint64 end;
+        QDate date;
+    };
+
+    void remember(const QDate& date, qint64 seconds)
+    {
+        if (!date.isValid())
+            return;
+        const qint64 start = QDateTime(date, QTime(0, 0)).toSecsSinceEpoch();
+        const qint64 end = QDateTime(date.addDays(1), QTime(0, 0)).toSecsSinceEpoch();
+        // Only bounds that really hold the time: a time that Qt wrapped round, or
+        // a midnight that a clock change skipped, is simply not remembered.
+        if (!(start <= seconds && seconds < end))
+            return;
+        if (m_dayByStart.size() >= MaxDays)
+            m_dayByStart.clear();
+        m_dayByStart.insert(start, Day{end, date});
+    }
+
+    static constexpr int MaxDays = 4096;
+    QMap<qint64, Day> m_dayByStart;
+};
+
 // The local calendar day of a time in seconds since the epoch.
 QDate dayOf(quint64 seconds)
 {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds)).date();
+    thread_local LocalDays days;
+    return days.dayOf(static_cast<qint64>(seconds));
 }
 
 } // namespace
