@@ -1,0 +1,19 @@
+#include "ImSignalObject.h"
+
+#include <QMetaType>
+
+ImSignalObject* ImSignalObject::m_pInstance = nullptr;
+
+ImSignalObject::ImSignalObject(QObject* parent)
+    : QObject(parent)
+{
+    // Queued delivery from another thread needs the argument types by name.
+    qRegisterMetaType<RoomType>("RoomType");
+}
+
+ImSignalObject* ImSignalObject::instance()
+{
+    if (!m_pInstance)
+        m_pInstance = new ImSignalObject();
+    return m_pInstance;
+}
