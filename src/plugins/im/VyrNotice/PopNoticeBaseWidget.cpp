@@ -188,7 +188,9 @@ void PopNoticeBaseWidget::showAnimation()
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 
-    // Intended: a second call doesn't look at a fade-in that is running.
+    // Intended: a second call doesn't look at a fade-in that is running. Qt
+    // stops that one (as it stops any animation of the same property), so
+    // only the newer one finishes.
     m_showAnimation = new QPropertyAnimation(this, "windowOpacity", this);
     m_showAnimation->setObjectName(QStringLiteral("m_showAnimation"));
     m_showAnimation->setDuration(kAnimationMs);
