@@ -2,6 +2,9 @@
 
 #include <QMetaType>
 
+// Declared here only: the notice library declares it in its own metatype header.
+Q_DECLARE_METATYPE(RoomType)
+
 ImSignalObject* ImSignalObject::m_pInstance = nullptr;
 
 ImSignalObject::ImSignalObject(QObject* parent)

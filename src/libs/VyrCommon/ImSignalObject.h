@@ -2,7 +2,6 @@
 
 #include "RoomType.h"
 
-#include <QMetaType>
 #include <QObject>
 #include <QString>
 
@@ -37,5 +36,3 @@ private:
 
     static ImSignalObject* m_pInstance;
 };
-
-Q_DECLARE_METATYPE(RoomType)

@@ -5,6 +5,8 @@ ClassNoticeManager* ClassNoticeManager::m_pInstance = nullptr;
 ClassNoticeManager::ClassNoticeManager(QObject* parent)
     : QObject(parent)
 {
+    // The lesson travels in queued signals too.
+    qRegisterMetaType<QSharedPointer<VyrEngine::SnapshotLesson>>("QSharedPointer<VyrEngine::SnapshotLesson>");
     init();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "NoticeMetaTypes.h"
 #include "SnapshotLesson.h"
 #include "VyrNoticeExport.h"
 

@@ -2,6 +2,7 @@
 
 #include "PopNoticeBaseWidget.h"
 #include "RoomType.h"
+#include "NoticeMetaTypes.h"
 #include "SnapshotLesson.h"
 #include "VyrNoticeExport.h"
 
