@@ -8,6 +8,7 @@
 #include "ClassNoticeWidget.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
+#include "PopNoticeBaseWidget.h"
 #include "CourseEngine.h"
 #include "ScreenCorner.h"
 #include "VyrTrack.h"
@@ -19,6 +20,7 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
+#include <QPointer>
 #include <QPropertyAnimation>
 #include <QTimer>
 #include <QTranslator>
@@ -182,6 +184,14 @@ void memoryCycles()
         settle();
         // The kit's tracker keeps every event; it is not the pop-up's memory.
         VyrTrack::instance()->clearEvents();
+    });
+    memoryRow("bare pop-up card create/pop/close", []() {
+        auto* window = new PopNoticeBaseWidget();
+        window->setFixedSize(328, 184);
+        window->popNotice();
+        settle();
+        window->close();
+        settle();
     });
     QImage image = canvas();
     memoryRow("plain widget create/show/delete", [&image]() { plainWidgetOnce(&image); });
