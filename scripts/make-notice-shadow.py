@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
-"""Draws the nine-slice shadow of the gathered notice window.
+"""Draws the nine-slice shadow of a notice window.
 
-The image is 20 + 20 + 20 pixels square: a 20-pixel shadow border around a
-transparent middle that the window's panel covers. The shadow is a blurred
+The image is BORDER + 20 + BORDER pixels square: a shadow border around a
+transparent middle that the window's panel covers. The gathered notice
+window has a 20-pixel border (the default); the single pop-up card a
+10-pixel one (--border 10), whose shadow is the same drawing scaled down. The shadow is a blurred
 edge (a Gaussian step) measured from the panel's outline, eased in over
 its first pixels, lighter above and
 deeper below, as if lit from slightly above. Along each edge it does not vary,
 so the edge slices stretch cleanly; corners curve around the panel's corner.
 
-Usage: scripts/make-notice-shadow.py OUTPUT.png
+Usage: scripts/make-notice-shadow.py OUTPUT.png [--border 10]
 """
 import math
 import struct
@@ -63,7 +65,20 @@ def png(width, height, rows):
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(raw, 9)) + chunk(b"IEND", b"")
 
 
+def scale_to(border):
+    global BORDER, SIZE, TOP, SIDE, BOTTOM, EASE_IN
+    k = border / BORDER
+    BORDER = border
+    SIZE = 2 * BORDER + MIDDLE
+    TOP = (TOP[0], TOP[1] * k)
+    SIDE = (SIDE[0], SIDE[1] * k)
+    BOTTOM = (BOTTOM[0], BOTTOM[1] * k)
+    EASE_IN = EASE_IN * k
+
+
 def main():
+    if len(sys.argv) == 4 and sys.argv[2] == "--border":
+        scale_to(int(sys.argv[3]))
     rows = []
     for y in range(SIZE):
         row = []

@@ -1,5 +1,7 @@
 #include "CourseEngine.h"
 
+#include "CourseCover.h"
+
 #include <QTimer>
 #include <algorithm>
 
@@ -10,6 +12,9 @@ CourseEngine* CourseEngine::m_pInstance = nullptr;
 CourseEngine::CourseEngine(QObject* parent)
     : QObject(parent)
 {
+    // Queued delivery from another thread needs the batch's type by name.
+    qRegisterMetaType<std::vector<CourseUtilities::LessonTriple>>();
+    qRegisterMetaType<std::vector<CourseUtilities::LessonTriple>>("std::vector<std::tuple<quint64,quint64,quint64>>");
 }
 
 CourseEngine* CourseEngine::instance()
@@ -73,6 +78,32 @@ bool CourseEngine::isKnownLessonKind(quint64 lessonId) const
     return m_knownLessonKinds.contains(lessonId);
 }
 
+QPixmap CourseEngine::coursePixmap(quint64 courseId)
+{
+    emit coursePixmapAsked(courseId);
+    auto downloaded = m_downloadedCovers.constFind(courseId);
+    if (downloaded != m_downloadedCovers.constEnd())
+        return *downloaded;
+    auto generated = m_generatedCovers.constFind(courseId);
+    if (generated != m_generatedCovers.constEnd())
+        return *generated;
+    const QPixmap cover = CourseCover::generate(courseId, m_courses.value(courseId).name);
+    m_generatedCovers.insert(courseId, cover);
+    return cover;
+}
+
+void CourseEngine::putCoursePixmap(quint64 schoolId, quint64 courseId, const QPixmap& pixmap)
+{
+    m_downloadedCovers.insert(courseId, pixmap);
+    emit signalCoursePixmapChanged(schoolId, courseId);
+}
+
+void CourseEngine::removeCoursePixmap(quint64 schoolId, quint64 courseId)
+{
+    m_downloadedCovers.remove(courseId);
+    emit signalCoursePixmapChanged(schoolId, courseId);
+}
+
 void CourseEngine::putLesson(const SnapshotLesson& lesson, const QString& name)
 {
     m_lessons.insert(lesson.lessonId, lesson);
@@ -88,6 +119,8 @@ void CourseEngine::removeLesson(quint64 lessonId)
 void CourseEngine::putCourse(quint64 courseId, const QString& name, qint16 courseType)
 {
     m_courses.insert(courseId, CourseRecord{courseId, name, courseType});
+    // The generated cover shows the name's first letter.
+    m_generatedCovers.remove(courseId);
 }
 
 void CourseEngine::removeCourse(quint64 courseId)
@@ -157,6 +190,8 @@ void CourseEngine::clear()
     m_coursesInHand.clear();
     m_coursesInHandWithoutRecord.clear();
     m_knownLessonKinds.clear();
+    m_downloadedCovers.clear();
+    m_generatedCovers.clear();
     m_holdFutures = false;
 }
 

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "CourseRecord.h"
+#include "CourseUtilities.h"
 #include "LessonInfo.h"
 #include "SnapshotLesson.h"
 
 #include <QFuture>
 #include <QFutureInterface>
 #include <QHash>
+#include <QMetaType>
 #include <QObject>
+#include <QPixmap>
 #include <QSet>
 #include <QSharedPointer>
 #include <functional>
@@ -36,6 +39,17 @@ namespace VyrEngine {
 //                                    cancelPendingFutures(); false lets them finish on the next turn
 //   pendingFutureCount()             how many futures are pending
 //   clear()                          forget everything and cancel what is pending
+//                                    (downloaded covers included)
+//   putCoursePixmap(school, course, pixmap)
+//                                    the course's downloaded cover; emits signalCoursePixmapChanged
+//   removeCoursePixmap(school, course)
+//                                    back to the generated cover; emits signalCoursePixmapChanged
+//   signal coursePixmapAsked(id)     emitted inside each coursePixmap() call, before it returns
+//   the lesson signals               the host emits them on the instance, from the GUI thread
+//                                    or any other (the argument types are registered, so
+//                                    receivers get them queued on their own thread):
+//       emit CourseEngine::instance()->signalLessonEnd(school, course, lesson);
+//       emit CourseEngine::instance()->signalLessonsInfoChanged({{school, course, lesson}});
 class CourseEngine : public QObject
 {
     Q_OBJECT
@@ -50,6 +64,9 @@ public:
     QSharedPointer<CourseRecord> courseRecord(quint64 courseId) const;
     // Whether the lesson is of a kind whose course name may stand for it; answers at once.
     bool isKnownLessonKind(quint64 lessonId) const;
+    // The course's cover: the downloaded one, else a picture generated for
+    // the course (see CourseCover), made once and kept.
+    QPixmap coursePixmap(quint64 courseId);
 
     // Host side.
     void putLesson(const SnapshotLesson& lesson, const QString& name);
@@ -66,6 +83,24 @@ public:
     void finishPendingFutures();
     void cancelPendingFutures();
     void clear();
+    void putCoursePixmap(quint64 schoolId, quint64 courseId, const QPixmap& pixmap);
+    void removeCoursePixmap(quint64 schoolId, quint64 courseId);
+
+signals:
+    // The lesson was deleted.
+    void signalRemoveLesson(quint64 schoolId, quint64 courseId, quint64 lessonId);
+    // The user's role in the lesson was withdrawn.
+    void signalLessonRoleInvalid(quint64 schoolId, quint64 courseId, quint64 lessonId);
+    // The lesson's details changed; lessonSnapshot() gives the new state.
+    void signalLessonInfoChanged(quint64 schoolId, quint64 courseId, quint64 lessonId);
+    // The lesson is over.
+    void signalLessonEnd(quint64 schoolId, quint64 courseId, quint64 lessonId);
+    // Several lessons changed at once: (school, course, lesson) triples.
+    void signalLessonsInfoChanged(std::vector<std::tuple<quint64, quint64, quint64>> lessons);
+    // A course's cover changed; coursePixmap() gives the new one.
+    void signalCoursePixmapChanged(qulonglong schoolId, qulonglong courseId);
+    // Host side: coursePixmap() was called for `courseId`.
+    void coursePixmapAsked(quint64 courseId);
 
 private:
     struct Pending
@@ -89,8 +124,12 @@ private:
     QHash<quint64, QString> m_coursesInHand;
     QSet<quint64> m_coursesInHandWithoutRecord;
     QSet<quint64> m_knownLessonKinds;
+    QHash<quint64, QPixmap> m_downloadedCovers;
+    QHash<quint64, QPixmap> m_generatedCovers;
     std::vector<PendingPtr> m_pending;
     bool m_holdFutures = false;
 };
 
 } // namespace VyrEngine
+
+Q_DECLARE_METATYPE(std::vector<VyrEngine::CourseUtilities::LessonTriple>)

@@ -54,6 +54,15 @@ GlobalStyle::GlobalStyle()
                                    " border-radius: 4px; }"
                                    "QPushButton:hover { background-color: #00A673; }"
                                    "QPushButton:pressed { background-color: #007D56; }"));
+    // The secondary button beside a Style1 one: white with a grey outline.
+    m_sheets.insert(QStringLiteral("QPushButton_IMButton_Style4"),
+                    QStringLiteral("QPushButton { color: #1F2329; background-color: #FFFFFF;"
+                                   " border: 1px solid #D0D3D6; border-radius: 4px; }"
+                                   "QPushButton:hover { color: #009265; border-color: #009265; }"
+                                   "QPushButton:pressed { background-color: #F2F3F5; }"));
+    // Body text of a notice, on a label or a read-only browser.
+    m_sheets.insert(QStringLiteral("QLabel_MessageContent"),
+                    QStringLiteral("QLabel, QTextBrowser { color: #646A73; background: transparent; border: none; }"));
     m_sheets.insert(QStringLiteral("QCheckBox_Normal"), QStringLiteral("QCheckBox { spacing: 6px; }"));
 }
 

@@ -1,6 +1,10 @@
 #include "VyrUtils.h"
 
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QUuid>
+#include <QWidget>
 
 QString VyrUtils::createUuid()
 {
@@ -41,4 +45,31 @@ QString VyrUtils::escapeHtmlTag(QString& text, bool escapeSpace)
     }
     text = out;
     return out;
+}
+
+std::tuple<QString, bool> VyrUtils::elidedTextToPixelLength(const QWidget* widget, const QString& text, int pixels,
+                                                            Qt::TextElideMode mode)
+{
+    if (!widget)
+        return std::make_tuple(text, false);
+    const QString elided = widget->fontMetrics().elidedText(text, mode, pixels);
+    return std::make_tuple(elided, elided != text);
+}
+
+qreal VyrUtils::screenDeviceRatio(const QWidget* widget)
+{
+    if (widget && widget->screen())
+        return widget->screen()->devicePixelRatio();
+    if (const QScreen* primary = QGuiApplication::primaryScreen())
+        return primary->devicePixelRatio();
+    return 1.0;
+}
+
+void VyrUtils::styleBold(QWidget* widget)
+{
+    if (!widget)
+        return;
+    QFont font = widget->font();
+    font.setBold(true);
+    widget->setFont(font);
 }

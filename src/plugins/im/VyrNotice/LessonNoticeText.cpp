@@ -4,10 +4,24 @@
 
 #include <QDateTime>
 
+namespace {
+QString formatStart(qint64 startTime)
+{
+    return VyrUtils::toString(QDateTime::fromSecsSinceEpoch(startTime), QStringLiteral("yyyy-MM-dd hh:mm"));
+}
+} // namespace
+
 QString LessonNoticeText::startTimeText(quint32 lessonStartTime)
 {
-    return VyrUtils::toString(QDateTime::fromSecsSinceEpoch(qint64(lessonStartTime)),
-                              QStringLiteral("yyyy-MM-dd hh:mm"));
+    return formatStart(qint64(lessonStartTime));
+}
+
+LessonNoticeText::Ahead LessonNoticeText::ahead(qint64 startTime, qint64 now)
+{
+    const qint64 secondsLeft = startTime - now;
+    if (secondsLeft <= MinutesThreshold)
+        return {qtTrId("ID_LMSClassAheadNotice_LessonWillStartAfter", -1), QStringLiteral("%1").arg(secondsLeft / 60)};
+    return {qtTrId("ID_ClassAheadNotice_LessonWillStartAfterOneHour", -1), formatStart(startTime)};
 }
 
 QString LessonNoticeText::body(bool isAhead, const QString& nameArg, quint32 lessonStartTime, qint64 now)
@@ -15,10 +29,6 @@ QString LessonNoticeText::body(bool isAhead, const QString& nameArg, quint32 les
     if (!isAhead)
         return qtTrId("ID_LMS_ClassStartNotice_LessonStart", -1).arg(nameArg);
 
-    const qint64 secondsLeft = qint64(lessonStartTime) - now;
-    if (secondsLeft <= MinutesThreshold) {
-        const QString minutes = QStringLiteral("%1").arg(secondsLeft / 60);
-        return qtTrId("ID_LMSClassAheadNotice_LessonWillStartAfter", -1).arg(nameArg, minutes);
-    }
-    return qtTrId("ID_ClassAheadNotice_LessonWillStartAfterOneHour", -1).arg(nameArg, startTimeText(lessonStartTime));
+    const Ahead text = ahead(qint64(lessonStartTime), now);
+    return text.textTemplate.arg(nameArg, text.timeText);
 }

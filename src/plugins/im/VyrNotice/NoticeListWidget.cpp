@@ -24,7 +24,6 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtMath>
-#include <optional>
 #include <qdrawutil.h>
 
 const QMargins NoticeListWidget::s_shadowMargins(20, 20, 20, 20);
@@ -40,25 +39,6 @@ constexpr int kContentWidth = 384;
 constexpr int kTitleHeight = 42;
 constexpr int kHoldTimeMs = 15000;
 constexpr int kAnimationMs = 500;
-
-struct Corner
-{
-    QPoint start; // the window's top on the work area's bottom edge
-    QPoint end;   // where the window appears
-};
-
-// The corner for a window of `windowSize`, raised by `bottomOffset`; nothing
-// when the taskbar's edge is none of the four.
-std::optional<Corner> cornerFor(const QSize& windowSize, int bottomOffset)
-{
-    int screenWidth = 0;
-    int screenHeight = 0;
-    if (!ScreenCorner::screenLengths(ScreenCorner::current(), &screenWidth, &screenHeight))
-        return std::nullopt;
-    const int x = screenWidth - windowSize.width();
-    return Corner{QPoint(x, screenHeight - bottomOffset),
-                  QPoint(x, screenHeight - (windowSize.height() + bottomOffset))};
-}
 
 VyrEngine::GatherNoticePtr noticeOf(const QModelIndex& index)
 {
@@ -284,10 +264,11 @@ QSize NoticeListWidget::windowSizeFor(const QSize& contentSize) const
 void NoticeListWidget::popNoticeListWidget(int bottomOffset)
 {
     // An unknown taskbar edge keeps the positions of the last time.
-    if (const auto corner = cornerFor(windowSizeFor(getContentWidgetSize()), bottomOffset)) {
+    ScreenCorner::Corner corner;
+    if (ScreenCorner::cornerFor(windowSizeFor(getContentWidgetSize()), bottomOffset, &corner)) {
         // Intended: stored and read by nothing; the window does not slide in.
-        m_startPos = corner->start;
-        m_endPos = corner->end;
+        m_startPos = corner.start;
+        m_endPos = corner.end;
     }
     move(m_endPos);
     show();
@@ -304,8 +285,9 @@ void NoticeListWidget::adjustNoticeListWidgetPos(int bottomOffset)
 {
     // A null point when the taskbar's edge is unknown.
     QPoint target;
-    if (const auto corner = cornerFor(windowSizeFor(getContentWidgetSize()), bottomOffset))
-        target = corner->end;
+    ScreenCorner::Corner corner;
+    if (ScreenCorner::cornerFor(windowSizeFor(getContentWidgetSize()), bottomOffset, &corner))
+        target = corner.end;
 
     QPropertyAnimation* animation =
         restartAnimation(m_posAnimation, "m_posAnimation", "pos", &NoticeListWidget::onPosAnimationFinished);

@@ -44,6 +44,18 @@ bool ScreenCorner::screenLengths(const Screen& screen, int* screenWidth, int* sc
     }
 }
 
+bool ScreenCorner::cornerFor(const QSize& windowSize, int bottomOffset, Corner* corner)
+{
+    int screenWidth = 0;
+    int screenHeight = 0;
+    if (!screenLengths(current(), &screenWidth, &screenHeight))
+        return false;
+    const int x = screenWidth - windowSize.width();
+    corner->start = QPoint(x, screenHeight - bottomOffset);
+    corner->end = QPoint(x, screenHeight - (windowSize.height() + bottomOffset));
+    return true;
+}
+
 void ScreenCorner::setOverride(const Screen& screen)
 {
     s_override = screen;

@@ -3,7 +3,9 @@
 #include "TaskbarEdge.h"
 #include "VyrNoticeExport.h"
 
+#include <QPoint>
 #include <QRect>
+#include <QSize>
 
 /**
  * Where the notice windows sit: the bottom right corner of the work area,
@@ -28,6 +30,13 @@ public:
         QRect availableGeometry;
     };
 
+    // Where a window of some size stands at the corner.
+    struct Corner
+    {
+        QPoint start; // the window's top on the work area's bottom edge
+        QPoint end;   // where the window appears
+    };
+
     /**
      * The override if one is set; otherwise the system's taskbar edge and the
      * primary screen's rectangles (empty rectangles when there is no screen).
@@ -43,6 +52,12 @@ public:
      * False, with nothing written, for any other edge value.
      */
     static bool screenLengths(const Screen& screen, int* screenWidth, int* screenHeight);
+
+    // The corner of current() for a window of `windowSize`, raised by
+    // `bottomOffset` pixels. The notice windows, gathered and single, all
+    // take their place from here. False, with nothing written, for an edge
+    // that is none of the four.
+    static bool cornerFor(const QSize& windowSize, int bottomOffset, Corner* corner);
 
     /** Makes current() return @p screen from now on, for every window. */
     static void setOverride(const Screen& screen);

@@ -71,5 +71,21 @@
         <source>Enter class</source>
         <translation>Enter class</translation>
     </message>
+    <message id="ID_PopNotice_CloseAccessibleName">
+        <source>Close notice</source>
+        <translation>Close notice</translation>
+    </message>
+    <message id="ID_ClassAheadNotice_Known">
+        <source>Got it</source>
+        <translation>Got it</translation>
+    </message>
+    <message id="ID_LMSClassPrepareNotice_LessonStart">
+        <source>Class is starting</source>
+        <translation>Class is starting</translation>
+    </message>
+    <message id="ID_ClassNotice_Later">
+        <source>Later</source>
+        <translation>Later</translation>
+    </message>
 </context>
 </TS>

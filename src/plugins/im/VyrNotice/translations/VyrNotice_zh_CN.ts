@@ -71,5 +71,21 @@
         <source>Enter class</source>
         <translation>进入教室</translation>
     </message>
+    <message id="ID_PopNotice_CloseAccessibleName">
+        <source>Close notice</source>
+        <translation>关闭通知</translation>
+    </message>
+    <message id="ID_ClassAheadNotice_Known">
+        <source>Got it</source>
+        <translation>知道了</translation>
+    </message>
+    <message id="ID_LMSClassPrepareNotice_LessonStart">
+        <source>Class is starting</source>
+        <translation>即将上课</translation>
+    </message>
+    <message id="ID_ClassNotice_Later">
+        <source>Later</source>
+        <translation>稍后</translation>
+    </message>
 </context>
 </TS>

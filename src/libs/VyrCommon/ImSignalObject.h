@@ -1,0 +1,38 @@
+#pragma once
+
+#include "RoomType.h"
+
+#include <QObject>
+#include <QString>
+
+// The client's hub of application-wide announcements: log-out and the start
+// of a classroom. Whoever decides such a thing emits the signal here; every
+// window that cares listens.
+//
+// Host side: the signals themselves. A host (or a test) emits them on the
+// instance, from the GUI thread or from any other thread: the argument types
+// are registered, so receivers on the GUI thread get them queued there.
+//   emit ImSignalObject::instance()->signalLogOut();
+//   emit ImSignalObject::instance()->signalStartupClassroom(school, lesson, course, RoomTypeLive, false);
+//   emit ImSignalObject::instance()->signalStartupLocalClassroom(lesson, course, school, name, RoomTypeLocal);
+class ImSignalObject : public QObject
+{
+    Q_OBJECT
+public:
+    static ImSignalObject* instance();
+
+signals:
+    // The user logs out of the client.
+    void signalLogOut();
+    // A classroom is being entered. `classId` is the lesson's id.
+    void signalStartupClassroom(qulonglong schoolId, qulonglong classId, qulonglong courseId, RoomType roomType,
+                                bool forceEnter);
+    // A local (offline) classroom is being entered; the ids stand in another order.
+    void signalStartupLocalClassroom(qulonglong classId, qulonglong courseId, qulonglong schoolId,
+                                     QString courseName, RoomType roomType);
+
+private:
+    explicit ImSignalObject(QObject* parent = nullptr);
+
+    static ImSignalObject* m_pInstance;
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+// Private to the library: what the three class notice pages build and do alike.
+
+#include "VyrNoticeExport.h"
+
+#include <QString>
+
+class PopNoticeBaseWidget;
+class QBoxLayout;
+class QLabel;
+class QPushButton;
+class QTextBrowser;
+class QWidget;
+
+// The pages differ in order and detail (which step loads the cover, whether
+// the cover gets its ratio, the buttons); each page calls these pieces in its
+// own order, so that the differences stay visible in the page.
+class VYRNOTICE_TESTS_EXPORT ClassNoticePage
+{
+public:
+    // Side of the cover picture.
+    static constexpr int IconSize = 36;
+    static constexpr int HeadingWidth = 200;
+
+    // The top row: the picture column, then the heading, spacing 4 and the
+    // text browser. `owner` styles the labels; it may be null.
+    static QBoxLayout* buildTopRow(QWidget* page, PopNoticeBaseWidget* owner, const QString& heading,
+                                   QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser);
+    // An 86 x 26 button with its text, object name and theme style, 13 px.
+    static QPushButton* buildButton(QWidget* page, const QString& text, const QString& objectName,
+                                    const QString& style);
+    // The outer layout's margins: 24, 12, 24, 20.
+    static void setOuterMargins(QBoxLayout* layout);
+
+    // `name` cut at the right to the heading's 200 pixels, as the heading.
+    static void setHeading(QLabel* headingLabel, const QString& name);
+    // The green span of `lessonName` for the page's locale, cut to the browser's 100 pixels and escaped.
+    static QString nameSpan(const QWidget* page, const QTextBrowser* contentBrowser, const QString& lessonName);
+    // The course's cover, rounded to the label at the page's screen ratio;
+    // `withRatio` also gives the picture that ratio.
+    static void loadCover(QLabel* iconLabel, const QWidget* page, quint64 courseId, bool withRatio);
+    // "PushSend" through the window, when the page is the one shown.
+    static void reportPush(PopNoticeBaseWidget* owner, bool isCurrentPage, const QString& pushBody);
+};

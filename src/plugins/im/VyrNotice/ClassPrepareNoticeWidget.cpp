@@ -1,0 +1,108 @@
+#include "ClassPrepareNoticeWidget.h"
+
+#include "ClassNoticePage_p.h"
+#include "CourseEngine.h"
+#include "FutureObserver_p.h"
+#include "PopNoticeBaseWidget.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextBrowser>
+
+ClassPrepareNoticeWidget::ClassPrepareNoticeWidget(QWidget* parent)
+    : QWidget(parent)
+    , m_ownerWindow(qobject_cast<PopNoticeBaseWidget*>(parent))
+{
+    initUi();
+    connect(VyrEngine::CourseEngine::instance(), &VyrEngine::CourseEngine::signalCoursePixmapChanged, this,
+            &ClassPrepareNoticeWidget::onCoursePixmapChanged);
+}
+
+void ClassPrepareNoticeWidget::initUi()
+{
+    QBoxLayout* topRow =
+        ClassNoticePage::buildTopRow(this, m_ownerWindow, qtTrId("ID_LMSClassPrepareNotice_LessonStart", -1),
+                                     &m_iconLabel, &m_headingLabel, &m_contentBrowser);
+
+    m_enterBtn = ClassNoticePage::buildButton(this, qtTrId("ID_Enter_Classroom", -1), QStringLiteral("enterClassBtn"),
+                                              QStringLiteral("QPushButton_IMButton_Style1"));
+    connect(m_enterBtn, &QPushButton::clicked, this, &ClassPrepareNoticeWidget::enterClassroom);
+    m_laterBtn = ClassNoticePage::buildButton(this, qtTrId("ID_ClassNotice_Later", -1), QStringLiteral("m_laterBtn"),
+                                              QStringLiteral("QPushButton_IMButton_Style4"));
+    connect(m_laterBtn, &QPushButton::clicked, this, &ClassPrepareNoticeWidget::signalClose);
+
+    auto* buttonRow = new QHBoxLayout();
+    buttonRow->setContentsMargins(0, 0, 6, 0);
+    buttonRow->setSpacing(0);
+    buttonRow->addStretch();
+    buttonRow->addWidget(m_enterBtn);
+    buttonRow->addSpacing(10);
+    buttonRow->addWidget(m_laterBtn);
+
+    auto* outer = new QVBoxLayout(this);
+    ClassNoticePage::setOuterMargins(outer);
+    outer->addLayout(topRow);
+    outer->addSpacing(12);
+    outer->addLayout(buttonRow);
+}
+
+void ClassPrepareNoticeWidget::setLessonData(QSharedPointer<VyrEngine::SnapshotLesson> lesson, QString name)
+{
+    ClassNoticePage::setHeading(m_headingLabel, name);
+    if (!lesson)
+        return;
+    m_lessonId = lesson->lessonId;
+    m_schoolId = lesson->schoolId;
+    m_courseId = lesson->courseId;
+    observeFuture(this,
+                  VyrEngine::CourseEngine::instance()->lessonInfoFuture(lesson->schoolId, lesson->courseId,
+                                                                        lesson->lessonId),
+                  [this, lesson](const QSharedPointer<VyrEngine::LessonInfo>& info) {
+                      // The lesson is held until the details arrive.
+                      Q_UNUSED(lesson)
+                      applyText(info);
+                  });
+}
+
+void ClassPrepareNoticeWidget::applyText(const QSharedPointer<VyrEngine::LessonInfo>& info)
+{
+    const QString lessonName = info ? info->name : QString();
+    const QString textTemplate = qtTrId("ID_LMS_ClassStartNotice_LessonStart", -1);
+    m_contentBrowser->setText(textTemplate.arg(ClassNoticePage::nameSpan(this, m_contentBrowser, lessonName)));
+    m_contentBrowser->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    // This page loads the cover after the text.
+    loadCover();
+    m_pushBody = textTemplate.arg(lessonName);
+    ClassNoticePage::reportPush(m_ownerWindow, m_isCurrentPage, m_pushBody);
+}
+
+void ClassPrepareNoticeWidget::loadCover()
+{
+    // Intended: this page's cover is not given the screen's ratio, unlike the other two pages.
+    ClassNoticePage::loadCover(m_iconLabel, this, m_courseId, false);
+}
+
+void ClassPrepareNoticeWidget::setCurrentPage(bool isCurrentPage)
+{
+    m_isCurrentPage = isCurrentPage;
+}
+
+QString ClassPrepareNoticeWidget::pushBody()
+{
+    if (m_pushBody.isEmpty())
+        return m_contentBrowser->toPlainText();
+    return m_pushBody;
+}
+
+void ClassPrepareNoticeWidget::onCoursePixmapChanged(qulonglong schoolId, qulonglong courseId)
+{
+    if (schoolId != m_schoolId || courseId != m_courseId)
+        return;
+    loadCover();
+}
+
+void ClassPrepareNoticeWidget::enterClassroom()
+{
+    emit signalEnterClassroom(m_lessonId);
+}

@@ -1,0 +1,157 @@
+#include "NoticeStacker.h"
+
+#include "ScreenCorner.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QWidget>
+
+NoticeStacker::NoticeStacker(QObject* parent)
+    : QObject(parent)
+{
+}
+
+NoticeStacker::~NoticeStacker()
+{
+    for (const Entry& entry : qAsConst(m_entries)) {
+        if (entry.window)
+            entry.window->removeEventFilter(this);
+    }
+}
+
+void NoticeStacker::addWindow(QWidget* window)
+{
+    if (!window || indexOf(window) >= 0)
+        return;
+    Entry entry;
+    entry.window = window;
+    m_entries.append(entry);
+    window->installEventFilter(this);
+    connect(window, &QObject::destroyed, this, &NoticeStacker::onWindowDestroyed);
+    if (window->isVisible())
+        restack();
+}
+
+void NoticeStacker::removeWindow(QWidget* window)
+{
+    const int index = indexOf(window);
+    if (index < 0)
+        return;
+    window->removeEventFilter(this);
+    disconnect(window, &QObject::destroyed, this, &NoticeStacker::onWindowDestroyed);
+    m_entries.removeAt(index);
+    restack();
+}
+
+QList<QWidget*> NoticeStacker::windows() const
+{
+    QList<QWidget*> out;
+    for (const Entry& entry : m_entries) {
+        if (entry.window)
+            out << entry.window.data();
+    }
+    return out;
+}
+
+bool NoticeStacker::isDragged(QWidget* window) const
+{
+    const int index = indexOf(window);
+    return index >= 0 && m_entries.at(index).dragged;
+}
+
+void NoticeStacker::setSpacing(int spacing)
+{
+    m_spacing = spacing;
+    restack();
+}
+
+int NoticeStacker::spacing() const
+{
+    return m_spacing;
+}
+
+void NoticeStacker::restack()
+{
+    int offset = 0;
+    m_moving = true;
+    for (const Entry& entry : qAsConst(m_entries)) {
+        QWidget* window = entry.window;
+        if (!window || !window->isVisible() || entry.dragged)
+            continue;
+        ScreenCorner::Corner corner;
+        // An unknown taskbar edge gives no corner: the window stays where it put itself.
+        if (ScreenCorner::cornerFor(window->size(), offset, &corner))
+            window->move(corner.end);
+        offset += window->height() + m_spacing;
+    }
+    m_moving = false;
+}
+
+bool NoticeStacker::eventFilter(QObject* watched, QEvent* event)
+{
+    const int index = indexOf(watched);
+    if (index < 0)
+        return false;
+    Entry& entry = m_entries[index];
+    switch (event->type()) {
+    case QEvent::Show:
+        // A new showing: the window goes on top of the stack, undragged.
+        entry.dragged = false;
+        entry.pressed = false;
+        moveToEnd(index);
+        restack();
+        break;
+    case QEvent::Hide:
+        entry.dragged = false;
+        entry.pressed = false;
+        restack();
+        break;
+    case QEvent::Resize:
+        if (static_cast<QWidget*>(watched)->isVisible())
+            restack();
+        break;
+    case QEvent::MouseButtonPress:
+        if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+            entry.pressed = true;
+        break;
+    case QEvent::MouseButtonRelease:
+        if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+            entry.pressed = false;
+            // The dragged window left its place; the others close up.
+            if (entry.dragged)
+                restack();
+        }
+        break;
+    case QEvent::Move:
+        if (entry.pressed && !m_moving)
+            entry.dragged = true;
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+int NoticeStacker::indexOf(const QObject* window) const
+{
+    for (int i = 0; i < m_entries.size(); ++i) {
+        if (m_entries.at(i).window == window)
+            return i;
+    }
+    return -1;
+}
+
+void NoticeStacker::onWindowDestroyed(QObject* window)
+{
+    for (int i = m_entries.size() - 1; i >= 0; --i) {
+        if (!m_entries.at(i).window || m_entries.at(i).window == window)
+            m_entries.removeAt(i);
+    }
+    restack();
+}
+
+void NoticeStacker::moveToEnd(int index)
+{
+    if (index < m_entries.size() - 1)
+        m_entries.append(m_entries.takeAt(index));
+}

@@ -1,0 +1,73 @@
+#include "ImSignalObject.h"
+
+#include <QSignalSpy>
+#include <QThread>
+
+Q_DECLARE_METATYPE(RoomType)
+#include <QtTest>
+
+// The client's announcement hub.
+class TestVyrCommon : public QObject
+{
+    Q_OBJECT
+private slots:
+    void instanceIsOneObject();
+    void signalsCarryTheirArguments();
+    void signalsFromAnotherThreadArriveQueued();
+};
+
+// instance() gives one object, with no parent.
+void TestVyrCommon::instanceIsOneObject()
+{
+    QCOMPARE(ImSignalObject::instance(), ImSignalObject::instance());
+    QVERIFY(!ImSignalObject::instance()->parent());
+}
+
+// Each signal reaches its receivers with its arguments, in their order.
+void TestVyrCommon::signalsCarryTheirArguments()
+{
+    auto* hub = ImSignalObject::instance();
+    QSignalSpy logOut(hub, &ImSignalObject::signalLogOut);
+    QSignalSpy classroom(hub, &ImSignalObject::signalStartupClassroom);
+    QSignalSpy local(hub, &ImSignalObject::signalStartupLocalClassroom);
+    emit hub->signalLogOut();
+    emit hub->signalStartupClassroom(7, 42, 500, RoomTypeLive, true);
+    emit hub->signalStartupLocalClassroom(42, 500, 7, QStringLiteral("Algebra"), RoomTypeLocal);
+    QCOMPARE(logOut.size(), 1);
+    QCOMPARE(classroom.size(), 1);
+    QCOMPARE(classroom.first().at(1).toULongLong(), 42ull);
+    QCOMPARE(classroom.first().at(3).value<RoomType>(), RoomTypeLive);
+    QCOMPARE(classroom.first().at(4).toBool(), true);
+    QCOMPARE(local.first().at(0).toULongLong(), 42ull);
+    QCOMPARE(local.first().at(3).toString(), QStringLiteral("Algebra"));
+}
+
+// Emitted on another thread, the signals reach a receiver of the GUI thread there, with their arguments.
+void TestVyrCommon::signalsFromAnotherThreadArriveQueued()
+{
+    auto* hub = ImSignalObject::instance();
+    QObject receiver;
+    QList<Qt::HANDLE> threads;
+    RoomType room = RoomTypeUnknown;
+    connect(hub, &ImSignalObject::signalStartupClassroom, &receiver,
+            [&](qulonglong, qulonglong, qulonglong, RoomType type, bool) {
+                threads << QThread::currentThreadId();
+                room = type;
+            });
+    connect(hub, &ImSignalObject::signalLogOut, &receiver, [&]() { threads << QThread::currentThreadId(); });
+    QThread* thread = QThread::create([hub]() {
+        emit hub->signalStartupClassroom(7, 42, 500, RoomTypeLocal, false);
+        emit hub->signalLogOut();
+    });
+    thread->start();
+    QVERIFY(thread->wait(5000));
+    delete thread;
+    QVERIFY(threads.isEmpty());
+    QTRY_COMPARE(threads.size(), 2);
+    QCOMPARE(threads.at(0), QThread::currentThreadId());
+    QCOMPARE(threads.at(1), QThread::currentThreadId());
+    QCOMPARE(room, RoomTypeLocal);
+}
+
+QTEST_MAIN(TestVyrCommon)
+#include "tst_vyrcommon.moc"

@@ -1,0 +1,93 @@
+#include "PopupHarness.h"
+
+#include "ScreenCorner.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QTimer>
+#include <QToolButton>
+
+namespace PopupHarness {
+
+void useTestScreen(TaskbarEdge edge)
+{
+    ScreenCorner::Screen screen;
+    screen.taskbarEdge = edge;
+    screen.geometry = QRect(0, 0, 800, 600);
+    switch (edge) {
+    case TaskbarEdge::Left: screen.availableGeometry = QRect(40, 0, 760, 600); break;
+    case TaskbarEdge::Top: screen.availableGeometry = QRect(0, 40, 800, 560); break;
+    case TaskbarEdge::Right: screen.availableGeometry = QRect(0, 0, 760, 600); break;
+    default: screen.availableGeometry = QRect(0, 0, 800, 560); break;
+    }
+    ScreenCorner::setOverride(screen);
+}
+
+QPropertyAnimation* animation(QWidget* window, const char* name)
+{
+    return window->findChild<QPropertyAnimation*>(QLatin1String(name), Qt::FindDirectChildrenOnly);
+}
+
+QList<QPropertyAnimation*> animations(QWidget* window, const char* name)
+{
+    return window->findChildren<QPropertyAnimation*>(QLatin1String(name), Qt::FindDirectChildrenOnly);
+}
+
+QTimer* closeTimer(QWidget* window)
+{
+    return window->findChild<QTimer*>(QStringLiteral("m_closeTimer"), Qt::FindDirectChildrenOnly);
+}
+
+QList<QTimer*> closeTimers(QWidget* window)
+{
+    return window->findChildren<QTimer*>(QStringLiteral("m_closeTimer"), Qt::FindDirectChildrenOnly);
+}
+
+QToolButton* closeButton(QWidget* window)
+{
+    return window->findChild<QToolButton*>(QStringLiteral("closeBtn"));
+}
+
+QLabel* titleLabel(QWidget* window)
+{
+    return window->findChild<QLabel*>(QStringLiteral("titleLabel"));
+}
+
+void finish(QPropertyAnimation* animation)
+{
+    if (animation)
+        animation->setCurrentTime(animation->duration());
+}
+
+void runDeferredDeletes()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QString stateOf(QWidget* window)
+{
+    if (!window)
+        return QStringLiteral("Closed");
+    if (animation(window, "m_opacityAnimation"))
+        return QStringLiteral("FadingOut");
+    if (closeTimer(window))
+        return QStringLiteral("Holding");
+    if (animation(window, "m_showAnimation"))
+        return QStringLiteral("FadingIn");
+    return window->isVisible() ? QStringLiteral("Shown") : QStringLiteral("Built");
+}
+
+QImage grabCard(QWidget* window)
+{
+    return window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+} // namespace PopupHarness
+
+TestCard::TestCard(QWidget* parent)
+    : PopNoticeBaseWidget(parent)
+{
+    setFixedSize(308 + 20, 164 + 20);
+}

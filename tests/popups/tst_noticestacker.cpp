@@ -1,0 +1,220 @@
+#include "NoticeStacker.h"
+#include "PopupHarness.h"
+#include "ScreenCorner.h"
+#include "TestKit.h"
+
+#include <QPropertyAnimation>
+#include <QToolButton>
+#include <QtTest>
+
+namespace H = PopupHarness;
+
+namespace {
+
+// The bottom of the work area on the test screen (800 x 560 available).
+const int kBottom = 560;
+const int kRight = 800;
+
+QMouseEvent moveEvent(QWidget* window, const QPoint& local)
+{
+    return QMouseEvent(QEvent::MouseMove, local, window->mapToGlobal(local), Qt::NoButton, Qt::LeftButton,
+                       Qt::NoModifier);
+}
+
+void drag(QWidget* window, const QPoint& grip, const QPoint& by)
+{
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, grip);
+    QMouseEvent move = moveEvent(window, grip + by);
+    QCoreApplication::sendEvent(window, &move);
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, grip + by);
+}
+
+} // namespace
+
+// The opt-in helper that keeps notice windows at the corner from covering each other.
+class TestNoticeStacker : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void withoutStackerPopupsCoverEachOther();
+    void stacksTwoThreeFour_data();
+    void stacksTwoThreeFour();
+    void closingOneClosesTheGap();
+    void draggedWindowStaysAndLeavesItsPlace();
+    void draggedWindowRejoinsOnItsNextShowing();
+    void differentHeightsAndSpacing();
+    void hiddenWindowLeavesItsPlace();
+    void addingTwiceAndRemoving();
+
+private:
+    TestCard* popped(NoticeStacker* stacker);
+    QList<QPointer<TestCard>> m_cards;
+};
+
+void TestNoticeStacker::init()
+{
+    TestKit::resetAll();
+    H::useTestScreen();
+}
+
+void TestNoticeStacker::cleanup()
+{
+    for (const QPointer<TestCard>& card : m_cards)
+        delete card;
+    m_cards.clear();
+    H::runDeferredDeletes();
+    ScreenCorner::clearOverride();
+}
+
+TestCard* TestNoticeStacker::popped(NoticeStacker* stacker)
+{
+    auto* card = new TestCard();
+    m_cards << card;
+    if (stacker)
+        stacker->addWindow(card);
+    card->popNotice();
+    return card;
+}
+
+// Without the helper every pop-up takes the same corner: the library's own behaviour is unchanged.
+void TestNoticeStacker::withoutStackerPopupsCoverEachOther()
+{
+    TestCard* first = popped(nullptr);
+    TestCard* second = popped(nullptr);
+    QCOMPARE(first->pos(), second->pos());
+    QCOMPARE(first->pos(), QPoint(kRight - 328, kBottom - 184));
+}
+
+void TestNoticeStacker::stacksTwoThreeFour_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("two") << 2;
+    QTest::newRow("three") << 3;
+    QTest::newRow("four") << 4;
+}
+
+// Each later pop-up stands on the one before; the first keeps the corner; none overlaps.
+void TestNoticeStacker::stacksTwoThreeFour()
+{
+    QFETCH(int, count);
+    NoticeStacker stacker;
+    QList<TestCard*> cards;
+    for (int i = 0; i < count; ++i)
+        cards << popped(&stacker);
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(cards.at(i)->pos(), QPoint(kRight - 328, kBottom - 184 * (i + 1)));
+    for (int i = 0; i < count; ++i)
+        for (int j = i + 1; j < count; ++j)
+            QVERIFY(!cards.at(i)->geometry().intersects(cards.at(j)->geometry()));
+    QCOMPARE(stacker.windows().size(), count);
+}
+
+// When one goes, the ones above it move down to close the gap; its place is taken in order.
+void TestNoticeStacker::closingOneClosesTheGap()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    TestCard* b = popped(&stacker);
+    TestCard* c = popped(&stacker);
+    QPointer<TestCard> gone = b;
+    QTest::mouseClick(H::closeButton(b), Qt::LeftButton);
+    QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 184));
+    QCOMPARE(c->pos(), QPoint(kRight - 328, kBottom - 368));
+    H::runDeferredDeletes();
+    QVERIFY(!gone);
+    QCOMPARE(stacker.windows(), (QList<QWidget*>{a, c}));
+    // The bottom one goes by its own timed fade: the other comes down to the corner.
+    H::finish(H::animation(a, "m_showAnimation"));
+    QMetaObject::invokeMethod(H::closeTimer(a), "timeout");
+    H::finish(H::animation(a, "m_opacityAnimation"));
+    QCOMPARE(c->pos(), QPoint(kRight - 328, kBottom - 184));
+    H::runDeferredDeletes();
+    QCOMPARE(stacker.windows(), QList<QWidget*>{c});
+}
+
+// A window the user dragged stays where it was dropped; the others close up without it.
+void TestNoticeStacker::draggedWindowStaysAndLeavesItsPlace()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    TestCard* b = popped(&stacker);
+    TestCard* c = popped(&stacker);
+    drag(b, QPoint(100, 20), QPoint(-200, -50));
+    const QPoint dropped = QPoint(kRight - 328 - 200, kBottom - 368 - 50);
+    QCOMPARE(b->pos(), dropped);
+    QVERIFY(stacker.isDragged(b));
+    QVERIFY(!stacker.isDragged(a));
+    QCOMPARE(c->pos(), QPoint(kRight - 328, kBottom - 368));
+    // Later changes don't move it.
+    TestCard* d = popped(&stacker);
+    QCOMPARE(d->pos(), QPoint(kRight - 328, kBottom - 3 * 184));
+    QTest::mouseClick(H::closeButton(a), Qt::LeftButton);
+    QCOMPARE(b->pos(), dropped);
+    QCOMPARE(c->pos(), QPoint(kRight - 328, kBottom - 184));
+}
+
+// A drag counts for one showing: shown again, the window takes its place in the stack.
+void TestNoticeStacker::draggedWindowRejoinsOnItsNextShowing()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    TestCard* b = popped(&stacker);
+    drag(a, QPoint(100, 20), QPoint(-100, -300));
+    QVERIFY(stacker.isDragged(a));
+    QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
+    a->hide();
+    QVERIFY(!stacker.isDragged(a));
+    a->show();
+    QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 368));
+}
+
+// Windows of other heights stack by their own height, with the spacing asked for.
+void TestNoticeStacker::differentHeightsAndSpacing()
+{
+    NoticeStacker stacker;
+    stacker.setSpacing(6);
+    QCOMPARE(stacker.spacing(), 6);
+    auto* tall = new QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint);
+    tall->setFixedSize(424, 178);
+    stacker.addWindow(tall);
+    tall->show();
+    TestCard* card = popped(&stacker);
+    QCOMPARE(tall->pos(), QPoint(kRight - 424, kBottom - 178));
+    QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 178 - 6 - 184));
+    // A window that grows pushes the ones above it up.
+    tall->setFixedSize(424, 266);
+    QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 266 - 6 - 184));
+    delete tall;
+    QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 184));
+}
+
+// A hidden window keeps no place.
+void TestNoticeStacker::hiddenWindowLeavesItsPlace()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    TestCard* b = popped(&stacker);
+    a->hide();
+    QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
+    a->show();
+    QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 368));
+}
+
+// A window handed over twice counts once; a window let go stays where it is and leaves the stack.
+void TestNoticeStacker::addingTwiceAndRemoving()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    stacker.addWindow(a);
+    TestCard* b = popped(&stacker);
+    QCOMPARE(stacker.windows().size(), 2);
+    stacker.removeWindow(a);
+    QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 184));
+    QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
+    QCOMPARE(stacker.windows(), QList<QWidget*>{b});
+}
+
+QTEST_MAIN(TestNoticeStacker)
+#include "tst_noticestacker.moc"
