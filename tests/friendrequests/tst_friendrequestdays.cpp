@@ -84,13 +84,15 @@ void TestFriendRequestDays::localDayBoundary()
     QCOMPARE(FriendRequestTree::text(m_model.get()), treeText);
 }
 
-// Two instants of one UTC day, 15:59:59 and 16:00:00 UTC, are two days in Shanghai.
+// Two instants of one UTC day, 15:59:59 and 16:00:00 UTC, are two days in Shanghai (one
+// in UTC and in Sao Paulo); each zone's run checks its own row.
 void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays_data()
 {
     QTest::addColumn<int>("offset");
     QTest::addColumn<QString>("treeText");
     QTest::newRow("UTC") << 0 << QStringLiteral("[2026-11-19[p2 p1]]");
     QTest::newRow("Asia/Shanghai") << 8 * 3600 << QStringLiteral("[2026-11-20[p2] 2026-11-19[p1]]");
+    QTest::newRow("America/Sao_Paulo") << -3 * 3600 << QStringLiteral("[2026-11-19[p2 p1]]");
 }
 
 void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays()
