@@ -32,7 +32,7 @@ void TestVyrCommon::signalsCarryTheirArguments()
     QSignalSpy local(hub, &ImSignalObject::signalStartupLocalClassroom);
     // Ids beyond 32 bits: each id travels whole, in its own place.
     const qulonglong school = 7000000001ull;
-    const qulonglong lesson = 4200000002ull;
+    const qulonglong lesson = 42000000002ull;
     const qulonglong course = 5000000003ull;
     emit hub->signalLogOut();
     emit hub->signalStartupClassroom(school, lesson, course, RoomTypeLive, true);
