@@ -12,8 +12,9 @@ using VyrEngine::FriendRequestInfo;
 using Probe = FriendRequestModelProbe;
 
 // Day groups follow the local calendar day. CTest runs this in UTC, in
-// Asia/Shanghai (UTC+8, no daylight saving) and in America/Sao_Paulo (whose
-// clocks skipped from midnight to one o'clock on 2018-11-04);
+// Asia/Shanghai (UTC+8, no daylight saving), in America/Sao_Paulo (whose
+// clocks skipped from midnight to one o'clock on 2018-11-04) and in
+// America/New_York (whose clocks skipped from two to three on 2018-03-11);
 // FRIEND_REQUEST_OFFSET says which, so a zone that was not applied fails
 // instead of passing.
 class TestFriendRequestDays : public QObject
@@ -84,13 +85,16 @@ void TestFriendRequestDays::localDayBoundary()
     QCOMPARE(FriendRequestTree::text(m_model.get()), treeText);
 }
 
-// Two instants of one UTC day, 15:59:59 and 16:00:00 UTC, are two days in Shanghai.
+// Two instants of one UTC day, 15:59:59 and 16:00:00 UTC, are two days in Shanghai (one
+// in UTC, Sao Paulo and New York); each zone's run checks its own row.
 void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays_data()
 {
     QTest::addColumn<int>("offset");
     QTest::addColumn<QString>("treeText");
     QTest::newRow("UTC") << 0 << QStringLiteral("[2026-11-19[p2 p1]]");
     QTest::newRow("Asia/Shanghai") << 8 * 3600 << QStringLiteral("[2026-11-20[p2] 2026-11-19[p1]]");
+    QTest::newRow("America/Sao_Paulo") << -3 * 3600 << QStringLiteral("[2026-11-19[p2 p1]]");
+    QTest::newRow("America/New_York") << -5 * 3600 << QStringLiteral("[2026-11-19[p2 p1]]");
 }
 
 void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays()
@@ -105,13 +109,15 @@ void TestFriendRequestDays::sameUtcDayCanBeTwoLocalDays()
 }
 
 // Every twenty minutes over five days around the two clock changes of 2018 in
-// Sao Paulo, midnight skipped in November and repeated in February (the
-// remembered day bounds must agree with Qt's own local date at each one):
-// each row's day is its group's day, and no day has two groups.
+// Sao Paulo, midnight skipped in November and repeated in February, and New
+// York's 02:00 skipped in March, a 23-hour day whose end is not a day after its
+// start (the remembered day bounds must agree with Qt's own local date at each
+// one): each row's day is its group's day, and no day has two groups.
 void TestFriendRequestDays::groupsFollowLocalDaysAcrossClockChanges()
 {
     const qint64 sinceUtc[] = {QDateTime(QDate(2018, 11, 2), QTime(0, 0), Qt::UTC).toSecsSinceEpoch(),
-                               QDateTime(QDate(2018, 2, 16), QTime(0, 0), Qt::UTC).toSecsSinceEpoch()};
+                               QDateTime(QDate(2018, 2, 16), QTime(0, 0), Qt::UTC).toSecsSinceEpoch(),
+                               QDateTime(QDate(2018, 3, 9), QTime(0, 0), Qt::UTC).toSecsSinceEpoch()};
     quint64 person = 1;
     QSet<QDate> expectedDays;
     for (const qint64 start : sinceUtc) {

@@ -158,6 +158,7 @@ void TestFriendRequestPaging::pageSkipsOwnRefusedAndNextAnchorIsLastAdded()
     m_model->loadMoreUiData();
     settle();
     QCOMPARE(tree(), QStringLiteral("[%1[p3] %2[p8]]").arg(day(0), day(2)));
+    m_recorder->clear();
     m_model->loadMoreUiData();
     settle();
     const auto queries = engine->friendRequestQueries();
@@ -166,6 +167,7 @@ void TestFriendRequestPaging::pageSkipsOwnRefusedAndNextAnchorIsLastAdded()
     QCOMPARE(queries.at(1).sequenceId, 20);
     // The second page holds only the refused record again: nothing added, one change.
     QCOMPARE(tree(), QStringLiteral("[%1[p3] %2[p8]]").arg(day(0), day(2)));
+    QCOMPARE(m_recorder->joined(), QStringLiteral("change"));
 }
 
 // A page's new person on a day with a group goes to its end; on a new day, a new group at the root's end.

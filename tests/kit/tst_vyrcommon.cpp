@@ -30,16 +30,26 @@ void TestVyrCommon::signalsCarryTheirArguments()
     QSignalSpy logOut(hub, &ImSignalObject::signalLogOut);
     QSignalSpy classroom(hub, &ImSignalObject::signalStartupClassroom);
     QSignalSpy local(hub, &ImSignalObject::signalStartupLocalClassroom);
+    // Ids beyond 32 bits: each id travels whole, in its own place.
+    const qulonglong school = 7000000001ull;
+    const qulonglong lesson = 42000000002ull;
+    const qulonglong course = 5000000003ull;
     emit hub->signalLogOut();
-    emit hub->signalStartupClassroom(7, 42, 500, RoomTypeLive, true);
-    emit hub->signalStartupLocalClassroom(42, 500, 7, QStringLiteral("Algebra"), RoomTypeLocal);
+    emit hub->signalStartupClassroom(school, lesson, course, RoomTypeLive, true);
+    emit hub->signalStartupLocalClassroom(lesson, course, school, QStringLiteral("Algebra"), RoomTypeLocal);
     QCOMPARE(logOut.size(), 1);
     QCOMPARE(classroom.size(), 1);
-    QCOMPARE(classroom.first().at(1).toULongLong(), 42ull);
+    QCOMPARE(classroom.first().at(0).toULongLong(), school);
+    QCOMPARE(classroom.first().at(1).toULongLong(), lesson);
+    QCOMPARE(classroom.first().at(2).toULongLong(), course);
     QCOMPARE(classroom.first().at(3).value<RoomType>(), RoomTypeLive);
     QCOMPARE(classroom.first().at(4).toBool(), true);
-    QCOMPARE(local.first().at(0).toULongLong(), 42ull);
+    QCOMPARE(local.size(), 1);
+    QCOMPARE(local.first().at(0).toULongLong(), lesson);
+    QCOMPARE(local.first().at(1).toULongLong(), course);
+    QCOMPARE(local.first().at(2).toULongLong(), school);
     QCOMPARE(local.first().at(3).toString(), QStringLiteral("Algebra"));
+    QCOMPARE(local.first().at(4).value<RoomType>(), RoomTypeLocal);
 }
 
 // Emitted on another thread, the signals reach a receiver of the GUI thread there, with their arguments.

@@ -345,12 +345,17 @@ void TestVyrNoticeEngine::overdueAndDeleteAreRecordedAndEchoed()
 void TestVyrNoticeEngine::touchMarksReadAndCounts()
 {
     auto* engine = NoticeEngine::instance();
-    engine->putFriendRequest(record(1, 100));
-    QVERIFY(engine->storedFriendRequests().first().unread());
+    for (int seq = 1; seq <= 3; ++seq)
+        engine->putFriendRequest(record(seq, 100 * quint64(seq)));
+    for (const FriendRequestInfo& info : engine->storedFriendRequests())
+        QVERIFY(info.unread());
     engine->touchFriendRequests();
     engine->touchFriendRequests();
     QCOMPARE(engine->touchCount(), 2);
-    QVERIFY(!engine->storedFriendRequests().first().unread());
+    const auto stored = engine->storedFriendRequests();
+    QCOMPARE(stored.size(), 3);
+    for (const FriendRequestInfo& info : stored)
+        QVERIFY2(!info.unread(), qPrintable(QString::number(info.sequenceId())));
 }
 
 // Connections to the engine's signals are recorded in the order they were made.

@@ -247,6 +247,11 @@ void TestVyrUtils::utilsFormatAndEscape()
     QVERIFY(VyrUtils::createUuid() != VyrUtils::createUuid());
     QCOMPARE(VyrUtils::toString(QDateTime::fromSecsSinceEpoch(0, Qt::UTC), QStringLiteral("yyyy-MM-dd hh:mm")),
              QDateTime::fromSecsSinceEpoch(0).toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm")));
+    // A time given at another offset is shown in local time (UTC in these runs), not at its own offset.
+    const QDateTime atPlusOne = QDateTime::fromSecsSinceEpoch(0, Qt::OffsetFromUTC, 3600);
+    QVERIFY(atPlusOne.offsetFromUtc() != atPlusOne.toLocalTime().offsetFromUtc());
+    QCOMPARE(VyrUtils::toString(atPlusOne, QStringLiteral("yyyy-MM-dd hh:mm")),
+             QDateTime::fromSecsSinceEpoch(0).toString(QStringLiteral("yyyy-MM-dd hh:mm")));
     QCOMPARE(VyrUtils::escapeHtmlTag(QStringLiteral("<a href=\"x\">Tom & 'Jerry'</a>")),
              QStringLiteral("&lt;a href=&quot;x&quot;&gt;Tom &amp; &#39;Jerry&#39;&lt;/a&gt;"));
     QString inPlace = QStringLiteral("a <b>");

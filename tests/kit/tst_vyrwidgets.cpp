@@ -211,9 +211,11 @@ void TestVyrWidgets::modelWalksTheItems()
 {
     auto* root = new NamedItem(QStringLiteral("root"));
     auto* a = new NamedItem(QStringLiteral("a"));
+    auto* b = new NamedItem(QStringLiteral("b"));
     root->appendChild(a);
-    root->appendChild(new NamedItem(QStringLiteral("b")));
+    root->appendChild(b);
     a->appendChild(new NamedItem(QStringLiteral("a1")));
+    b->appendChild(new NamedItem(QStringLiteral("b1")));
     NamedModel model(root);
     QCOMPARE(model.root(), root);
     QCOMPARE(model.rowCount(), 2);
@@ -224,6 +226,12 @@ void TestVyrWidgets::modelWalksTheItems()
     QCOMPARE(ia1.data().toString(), QStringLiteral("a1"));
     QCOMPARE(model.parent(ia1), ia);
     QCOMPARE(model.parent(ia), QModelIndex());
+    // A parent that is not the first row keeps its own row number.
+    const QModelIndex ib = model.index(1, 0);
+    const QModelIndex ib1 = model.index(0, 0, ib);
+    QCOMPARE(ib1.data().toString(), QStringLiteral("b1"));
+    QCOMPARE(model.parent(ib1), ib);
+    QCOMPARE(model.parent(ib1).row(), 1);
     QCOMPARE(model.parent(QModelIndex()), QModelIndex());
     QCOMPARE(model.columnCount(), 1);
     QVERIFY(!model.data(ia, Qt::ToolTipRole).isValid());

@@ -536,6 +536,9 @@ void TestClassNoticeWidget::engineSignalFromAnotherThreadCloses()
     thread->start();
     QVERIFY(thread->wait(5000));
     delete thread;
+    // Nothing ran on the other thread: the window is still up until its own thread takes the call.
+    QVERIFY(m_window);
+    QVERIFY(m_window->isVisible());
     QTRY_VERIFY(!m_window);
 }
 

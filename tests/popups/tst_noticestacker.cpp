@@ -44,6 +44,7 @@ private slots:
     void closingOneClosesTheGap();
     void draggedWindowStaysAndLeavesItsPlace();
     void draggedWindowRejoinsOnItsNextShowing();
+    void windowMovedByTheStackWhilePressedIsNotDragged();
     void differentHeightsAndSpacing();
     void hiddenWindowLeavesItsPlace();
     void addingTwiceAndRemoving();
@@ -167,6 +168,22 @@ void TestNoticeStacker::draggedWindowRejoinsOnItsNextShowing()
     a->hide();
     QVERIFY(!stacker.isDragged(a));
     a->show();
+    QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 368));
+}
+
+// A window held down by the mouse and moved by the stack (not by the user) is no drag: it keeps its place.
+void TestNoticeStacker::windowMovedByTheStackWhilePressedIsNotDragged()
+{
+    NoticeStacker stacker;
+    TestCard* a = popped(&stacker);
+    TestCard* b = popped(&stacker);
+    QTest::mousePress(b, Qt::LeftButton, Qt::NoModifier, QPoint(100, 20));
+    a->hide();
+    QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
+    QTest::mouseRelease(b, Qt::LeftButton, Qt::NoModifier, QPoint(100, 20));
+    QVERIFY(!stacker.isDragged(b));
+    a->show();
+    QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
     QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 368));
 }
 

@@ -240,7 +240,9 @@ void TestPopNoticeBase::logOutFromAnotherThreadCloses()
     thread->start();
     QVERIFY(thread->wait(5000));
     delete thread;
+    // Nothing ran on the other thread: the card is still up until its own thread takes the call.
     QVERIFY(m_card);
+    QVERIFY(m_card->isVisible());
     QTRY_VERIFY(!m_card);
 }
 
