@@ -25,6 +25,7 @@ private slots:
     void classNoticeIsCreatedTurnedAndEntered();
     void classNoticeIsTrackedPageByPage();
     void classNoticeIsShotOnEachPage();
+    void classNoticeStandsOnTheGatheredWindows();
 
 private:
     QStringList windowLines() const;
@@ -286,6 +287,30 @@ void TestDemoEndToEnd::classNoticeIsShotOnEachPage()
     QVERIFY(pages.at(0) != pages.at(1));
     QVERIFY(pages.at(0) != pages.at(2));
     QVERIFY(!QFile::exists(shots.filePath(QStringLiteral("04-after-clicks-ClassNotice.png"))));
+}
+
+// With both gathered windows up, the card stands on the Activity window, which stands on the Lesson window.
+void TestDemoEndToEnd::classNoticeStandsOnTheGatheredWindows()
+{
+    QHash<QString, QRect> places;
+    const QRegularExpression place(QStringLiteral("^screenshot: (\\w+) at (-?\\d+),(-?\\d+) (\\d+)x(\\d+)$"));
+    bool inShot = false;
+    for (const QString& line : qAsConst(m_stdout)) {
+        if (line.startsWith(QLatin1String("step ")))
+            inShot = line.contains(QLatin1String("\"name\":\"class-ahead\""));
+        const QRegularExpressionMatch match = place.match(line);
+        if (inShot && match.hasMatch())
+            places.insert(match.captured(1), QRect(match.captured(2).toInt(), match.captured(3).toInt(),
+                                                   match.captured(4).toInt(), match.captured(5).toInt()));
+    }
+    QCOMPARE(places.size(), 3);
+    const QRect lesson = places.value(QStringLiteral("Lesson"));
+    const QRect activity = places.value(QStringLiteral("Activity"));
+    const QRect card = places.value(QStringLiteral("ClassNotice"));
+    QCOMPARE(card.right(), lesson.right());
+    QVERIFY(activity.bottom() < lesson.top());
+    QVERIFY(card.bottom() < activity.top());
+    QVERIFY(!card.intersects(activity) && !card.intersects(lesson) && !activity.intersects(lesson));
 }
 
 QTEST_GUILESS_MAIN(TestDemoEndToEnd)
