@@ -22,10 +22,16 @@ private slots:
     void screenshotsShowTheWindows();
     void draggedWindowIsShotWhereItWasPut();
     void modelHoldsEveryKindOfRow();
+    void classNoticeIsCreatedTurnedAndEntered();
+    void classNoticeIsTrackedPageByPage();
+    void classNoticeIsShotOnEachPage();
+    void classNoticeStandsOnTheGatheredWindows();
 
 private:
     QStringList windowLines() const;
     QList<QJsonObject> events(const QString& name) const;
+    // The tracking events of the class notice card: those that name its lesson.
+    QList<QJsonObject> classNoticeEvents(const QString& name) const;
 
     QTemporaryDir m_dir;
     int m_exitCode = -1;
@@ -83,6 +89,16 @@ QList<QJsonObject> TestDemoEndToEnd::events(const QString& name) const
     return out;
 }
 
+QList<QJsonObject> TestDemoEndToEnd::classNoticeEvents(const QString& name) const
+{
+    QList<QJsonObject> out;
+    for (const QJsonObject& data : events(name)) {
+        if (data.value(QStringLiteral("push_body")).toString().contains(QLatin1String("Angles and Triangles")))
+            out << data;
+    }
+    return out;
+}
+
 // The run ends by itself, with 0, once the last window has faded out.
 void TestDemoEndToEnd::runsToTheEndAndQuitsWhenWindowsHaveGone()
 {
@@ -112,6 +128,9 @@ void TestDemoEndToEnd::lessonNoticesAreSentOncePerIntakeOrUpdate()
     const QList<QJsonObject> sent = events(QStringLiteral("PushSend"));
     QStringList bodies;
     for (const QJsonObject& data : sent) {
+        // The class notice card's own pushes are checked below.
+        if (classNoticeEvents(QStringLiteral("PushSend")).contains(data))
+            continue;
         QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), QStringLiteral("上课通知"));
         QCOMPARE(data.value(QStringLiteral("push_title")).toString(), QStringLiteral("Lesson Notice"));
         QCOMPARE(data.value(QStringLiteral("app_scene")).toString(), QStringLiteral("前台唤起"));
@@ -125,10 +144,14 @@ void TestDemoEndToEnd::lessonNoticesAreSentOncePerIntakeOrUpdate()
     QCOMPARE(bodies.at(4), QStringLiteral("Optics Lab has started"));
 }
 
-// Four clicks: row, enter-classroom, close (check_up false), Activity row; each with exactly four keys.
+// Four clicks in the gathered windows: row, enter-classroom, close (check_up false), Activity row; each with exactly four keys.
 void TestDemoEndToEnd::clicksAreTrackedKeyByKey()
 {
-    const QList<QJsonObject> clicks = events(QStringLiteral("PushClick"));
+    QList<QJsonObject> clicks = events(QStringLiteral("PushClick"));
+    // The card's click carries its text; the gathered windows' clicks carry none.
+    clicks.erase(std::remove_if(clicks.begin(), clicks.end(),
+                                [](const QJsonObject& data) { return data.contains(QStringLiteral("push_body")); }),
+                 clicks.end());
     QCOMPARE(clicks.size(), 4);
     const QList<QPair<QString, bool>> expected = {
         {QStringLiteral("Lesson notices "), true},
@@ -158,9 +181,9 @@ void TestDemoEndToEnd::screenshotsShowTheWindows()
     const QDir shots(m_dir.filePath(QStringLiteral("shots")));
     const QStringList screens = shots.entryList({QStringLiteral("*-screen.png")}, QDir::Files, QDir::Name);
     QCOMPARE(screens.size(), 5);
-    const QImage lesson(shots.filePath(QStringLiteral("01-two-windows-Lesson.png")));
+    const QImage lesson(shots.filePath(QStringLiteral("01-class-ahead-Lesson.png")));
     QCOMPARE(lesson.size(), QSize(424, 176 + 90));
-    const QImage activity(shots.filePath(QStringLiteral("01-two-windows-Activity.png")));
+    const QImage activity(shots.filePath(QStringLiteral("01-class-ahead-Activity.png")));
     QCOMPARE(activity.size(), QSize(424, 308 + 90));
     // Only the Activity window is up when the dragged one is shot.
     QVERIFY(QFile::exists(shots.filePath(QStringLiteral("05-dragged-activity-Activity.png"))));
@@ -201,6 +224,93 @@ void TestDemoEndToEnd::modelHoldsEveryKindOfRow()
         types.insert(match.captured(1));
     }
     QCOMPARE(types.size(), 7);
+}
+
+// The host asks the manager first: a new card, then the same card turned twice; its enter button
+// is answered by announcing the classroom, which closes the card and reports closeStartNoticeWidget.
+void TestDemoEndToEnd::classNoticeIsCreatedTurnedAndEntered()
+{
+    const QStringList expected = {
+        QStringLiteral("class notice: created AheadNotice for lesson 6"),
+        QStringLiteral("class notice: turned lesson 6 to PrepareNotice"),
+        QStringLiteral("class notice: turned lesson 6 to StartNotice"),
+        QStringLiteral("user: clicks \"Enter class\" on the class notice"),
+        QStringLiteral("class notice: startClass(6)"),
+        QStringLiteral("host: signalStartupClassroom(6)"),
+        QStringLiteral("manager: closeStartNoticeWidget(6)"),
+        QStringLiteral("class notice: closed (lesson 6)"),
+    };
+    QStringList seen;
+    for (const QString& line : m_stdout) {
+        if (line.startsWith(QLatin1String("class notice: ")) || line.startsWith(QLatin1String("manager: "))
+            || line.startsWith(QLatin1String("host: ")) || line.contains(QLatin1String("on the class notice")))
+            seen << line;
+    }
+    QCOMPARE(seen, expected);
+}
+
+// One "PushSend" for each page the card stands on, and one "PushClick" (check_up true) for the enter button.
+void TestDemoEndToEnd::classNoticeIsTrackedPageByPage()
+{
+    const QList<QJsonObject> sent = classNoticeEvents(QStringLiteral("PushSend"));
+    QCOMPARE(sent.size(), 3);
+    QVERIFY2(sent.at(0).value(QStringLiteral("push_body")).toString().contains(QLatin1String("will start")),
+             qPrintable(sent.at(0).value(QStringLiteral("push_body")).toString()));
+    QCOMPARE(sent.at(1).value(QStringLiteral("push_body")).toString(), sent.at(2).value(QStringLiteral("push_body")).toString());
+    for (const QJsonObject& data : sent)
+        QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), QStringLiteral("上课通知"));
+
+    const QList<QJsonObject> clicks = classNoticeEvents(QStringLiteral("PushClick"));
+    QCOMPARE(clicks.size(), 1);
+    QVERIFY(clicks.first().value(QStringLiteral("check_up")).isBool());
+    QCOMPARE(clicks.first().value(QStringLiteral("check_up")).toBool(), true);
+    QCOMPARE(clicks.first().value(QStringLiteral("push_body")).toString(), sent.at(2).value(QStringLiteral("push_body")).toString());
+}
+
+// A picture of the card on each of its three pages; the card is gone after the enter.
+void TestDemoEndToEnd::classNoticeIsShotOnEachPage()
+{
+    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    QList<QImage> pages;
+    for (const char* file : {"01-class-ahead-ClassNotice.png", "02-class-prepare-ClassNotice.png",
+                             "03-class-start-ClassNotice.png"}) {
+        const QImage page(shots.filePath(QLatin1String(file)));
+        QVERIFY2(!page.isNull(), file);
+        // The 308 x 164 card in its 10-pixel shadow border.
+        QCOMPARE(page.size(), QSize(328, 184));
+        // The card's white panel, under the title row.
+        const QColor panel = page.pixelColor(20, 50);
+        QVERIFY2(panel.red() > 245 && panel.green() > 245 && panel.blue() > 245, qPrintable(panel.name()));
+        pages << page.convertToFormat(QImage::Format_ARGB32);
+    }
+    // The prepare and start pages share their heading, text and buttons, so only the ahead page looks different.
+    QVERIFY(pages.at(0) != pages.at(1));
+    QVERIFY(pages.at(0) != pages.at(2));
+    QVERIFY(!QFile::exists(shots.filePath(QStringLiteral("04-after-clicks-ClassNotice.png"))));
+}
+
+// With both gathered windows up, the card stands on the Activity window, which stands on the Lesson window.
+void TestDemoEndToEnd::classNoticeStandsOnTheGatheredWindows()
+{
+    QHash<QString, QRect> places;
+    const QRegularExpression place(QStringLiteral("^screenshot: (\\w+) at (-?\\d+),(-?\\d+) (\\d+)x(\\d+)$"));
+    bool inShot = false;
+    for (const QString& line : qAsConst(m_stdout)) {
+        if (line.startsWith(QLatin1String("step ")))
+            inShot = line.contains(QLatin1String("\"name\":\"class-ahead\""));
+        const QRegularExpressionMatch match = place.match(line);
+        if (inShot && match.hasMatch())
+            places.insert(match.captured(1), QRect(match.captured(2).toInt(), match.captured(3).toInt(),
+                                                   match.captured(4).toInt(), match.captured(5).toInt()));
+    }
+    QCOMPARE(places.size(), 3);
+    const QRect lesson = places.value(QStringLiteral("Lesson"));
+    const QRect activity = places.value(QStringLiteral("Activity"));
+    const QRect card = places.value(QStringLiteral("ClassNotice"));
+    QCOMPARE(card.right(), lesson.right());
+    QVERIFY(activity.bottom() < lesson.top());
+    QVERIFY(card.bottom() < activity.top());
+    QVERIFY(!card.intersects(activity) && !card.intersects(lesson) && !activity.intersects(lesson));
 }
 
 QTEST_GUILESS_MAIN(TestDemoEndToEnd)

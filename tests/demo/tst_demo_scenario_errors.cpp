@@ -51,6 +51,51 @@ void TestDemoScenarioErrors::refusedBeforeAnythingRuns_data()
         << scenario(R"({"at": 10, "do": "lessonNotice", "type": "LessonLater", "lessonId": 1})")
         << QStringList{QStringLiteral("step 1 (lessonNotice)"), QStringLiteral("field \"type\""),
                        QStringLiteral("unknown notice type \"LessonLater\"")};
+    QTest::newRow("unknown-class-notice-type")
+        << scenario(R"({"at": 10, "do": "classNotice", "type": "LessonAhead", "lessonId": 1})")
+        << QStringList{QStringLiteral("step 1 (classNotice)"), QStringLiteral("field \"type\""),
+                       QStringLiteral("unknown class notice type \"LessonAhead\""),
+                       QStringLiteral("(one of: AheadNotice, PrepareNotice, StartNotice)")};
+    QTest::newRow("unknown-card-button") << scenario(R"({"at": 10, "do": "clickClassNotice", "button": "ok"})")
+                                         << QStringList{QStringLiteral("step 1 (clickClassNotice)"),
+                                                        QStringLiteral("unknown card button \"ok\""),
+                                                        QStringLiteral("(one of: known, enter, later, close)")};
+    QTest::newRow("class-notice-missing-lesson")
+        << scenario(R"({"at": 10, "do": "classNotice", "type": "StartNotice"})")
+        << QStringList{QStringLiteral("step 1 (classNotice)"), QStringLiteral("missing required field \"lessonId\"")};
+    QTest::newRow("turn-missing-type") << scenario(R"({"at": 10, "do": "turnClassNotice", "lessonId": 1})")
+                                       << QStringList{QStringLiteral("step 1 (turnClassNotice)"),
+                                                      QStringLiteral("missing required field \"type\"")};
+    QTest::newRow("engine-event-missing-lesson") << scenario(R"({"at": 10, "do": "lessonEnd"})")
+                                                 << QStringList{QStringLiteral("step 1 (lessonEnd)"),
+                                                                QStringLiteral("missing required field \"lessonId\"")};
+    QTest::newRow("number-for-class-notice-type")
+        << scenario(R"({"at": 10, "do": "turnClassNotice", "type": 2, "lessonId": 1})")
+        << QStringList{QStringLiteral("step 1 (turnClassNotice)"),
+                       QStringLiteral("expected a class notice type (a string), got a number 2")};
+    QTest::newRow("string-for-lesson-id")
+        << scenario(R"({"at": 10, "do": "lessonRemoved", "lessonId": "6"})")
+        << QStringList{QStringLiteral("step 1 (lessonRemoved)"), QStringLiteral("field \"lessonId\""),
+                       QStringLiteral("expected an integer, got a string \"6\"")};
+    QTest::newRow("string-for-local") << scenario(R"({"at": 10, "do": "classroomStart", "lessonId": 6, "local": "yes"})")
+                                      << QStringList{QStringLiteral("step 1 (classroomStart)"),
+                                                     QStringLiteral("field \"local\""),
+                                                     QStringLiteral("expected true or false, got a string \"yes\"")};
+    QTest::newRow("integer-for-integer-list")
+        << scenario(R"({"at": 10, "do": "lessonsInfoChanged", "lessonIds": 6})")
+        << QStringList{QStringLiteral("step 1 (lessonsInfoChanged)"), QStringLiteral("field \"lessonIds\""),
+                       QStringLiteral("expected a list of integers, got a number 6")};
+    QTest::newRow("string-in-integer-list")
+        << scenario(R"({"at": 10, "do": "lessonsInfoChanged", "lessonIds": [6, "7"]})")
+        << QStringList{QStringLiteral("step 1 (lessonsInfoChanged)"),
+                       QStringLiteral("expected a list of integers, got an array holding a string \"7\"")};
+    QTest::newRow("number-for-colour") << scenario(R"({"at": 10, "do": "coursePixmapChanged", "courseId": 5, "color": 255})")
+                                       << QStringList{QStringLiteral("step 1 (coursePixmapChanged)"),
+                                                      QStringLiteral("field \"color\""),
+                                                      QStringLiteral("expected a string, got a number 255")};
+    QTest::newRow("unknown-field-of-log-out") << scenario(R"({"at": 10, "do": "logOut", "lessonId": 6})")
+                                              << QStringList{QStringLiteral("step 1 (logOut)"),
+                                                             QStringLiteral("unknown field \"lessonId\"")};
     QTest::newRow("missing-required") << scenario(R"({"at": 10, "do": "lessonNotice", "type": "LessonStart"})")
                                       << QStringList{QStringLiteral("step 1 (lessonNotice)"),
                                                      QStringLiteral("missing required field \"lessonId\"")};

@@ -1,8 +1,10 @@
 #include "DemoHost.h"
 
+#include "ClassNoticeHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
+#include "NoticeStacker.h"
 #include "VyrTrack.h"
 
 #include <QJsonDocument>
@@ -25,8 +27,12 @@ DemoHost::DemoHost(QObject* parent)
     // Reported before the windows' handlers run, so the log reads cause, then effect.
     connect(model, &NoticeListModel::popupNoticeListWidget, this, &DemoHost::onPopupNoticeListWidget);
     connect(model, &NoticeListModel::removeNoticeListItem, this, &DemoHost::onRemoveNoticeListItem);
-    m_gathered.reset(new GatheredNoticeHost([this](const QString& line) { say(line); }));
+    m_stacker.reset(new NoticeStacker);
+    const auto sayLine = [this](const QString& line) { say(line); };
+    m_gathered.reset(new GatheredNoticeHost(sayLine, m_stacker.get()));
     connect(m_gathered.get(), &GatheredNoticeHost::windowHidden, this, &DemoHost::windowHidden);
+    m_classNotices.reset(new ClassNoticeHost(sayLine, m_stacker.get()));
+    connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -68,6 +74,26 @@ void DemoHost::clusterNoticeArrived(const QString& content, quint64 contentId, q
     NoticeListModel::instance()->addClusterNoticeRemindNotice(content, contentId, clusterId, creatorId);
 }
 
+void DemoHost::classNoticeDue(int type, quint64 lessonId)
+{
+    m_classNotices->classNoticeDue(type, lessonId);
+}
+
+void DemoHost::turnClassNotice(int type, quint64 lessonId)
+{
+    m_classNotices->turnClassNotice(type, lessonId);
+}
+
+void DemoHost::startClassroom(quint64 lessonId, bool local)
+{
+    m_classNotices->startClassroom(lessonId, local);
+}
+
+void DemoHost::logOut()
+{
+    m_classNotices->logOut();
+}
+
 NoticeListWidget* DemoHost::window(VyrEngine::NoticeCategory category) const
 {
     return m_gathered->window(category);
@@ -75,7 +101,7 @@ NoticeListWidget* DemoHost::window(VyrEngine::NoticeCategory category) const
 
 bool DemoHost::anyWindowVisible() const
 {
-    return m_gathered->anyVisible();
+    return m_gathered->anyVisible() || m_classNotices->openCount() > 0;
 }
 
 void DemoHost::printRows()

@@ -6,13 +6,17 @@
 #include <QTextStream>
 #include <memory>
 
+class ClassNoticeHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
+class NoticeStacker;
 
 // The host program's messaging part, written against the notice library's
 // exported API only, as the client would: takes notices in through the
-// model's intakes, owns the gathered windows (GatheredNoticeHost) and prints
-// what comes back (model signals, window signals, rows, tracking events).
+// model's intakes, owns the gathered windows (GatheredNoticeHost), shows the
+// class notices (ClassNoticeHost), keeps them all apart with one
+// NoticeStacker and prints what comes back (model signals, window signals,
+// rows, tracking events).
 class DemoHost : public QObject
 {
     Q_OBJECT
@@ -36,8 +40,17 @@ public:
     void studyReportArrived(quint64 lessonId);
     void studyActivityArrived(quint64 activityId, quint32 courseId, const ActivityWords& words);
     void clusterNoticeArrived(const QString& content, quint64 contentId, quint64 clusterId, quint64 creatorId);
+    // A lesson's class notice: shown, or the open one turned (see ClassNoticeHost).
+    void classNoticeDue(int type, quint64 lessonId);
+    void turnClassNotice(int type, quint64 lessonId);
+    // Announcements of the client: a classroom is entered, the user logs out.
+    void startClassroom(quint64 lessonId, bool local);
+    void logOut();
 
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
+    // Every window the host shows: the gathered ones and the single pop-ups.
+    NoticeStacker* stacker() const { return m_stacker.get(); }
+    // A gathered window is up or a class notice is open.
     bool anyWindowVisible() const;
 
     void printRows();
@@ -45,6 +58,7 @@ public:
 
 signals:
     void windowHidden(VyrEngine::NoticeCategory category);
+    void classNoticeClosed(quint64 lessonId);
 
 private:
     void onPopupNoticeListWidget(VyrEngine::NoticeCategory category);
@@ -52,5 +66,8 @@ private:
     void onTracked(const QString& event, const QVariantMap& data);
 
     QTextStream m_out;
+    // First in, last out: the windows leave the stacker before it goes.
+    std::unique_ptr<NoticeStacker> m_stacker;
     std::unique_ptr<GatheredNoticeHost> m_gathered;
+    std::unique_ptr<ClassNoticeHost> m_classNotices;
 };

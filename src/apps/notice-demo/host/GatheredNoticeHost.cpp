@@ -3,6 +3,7 @@
 #include "AppendixDataPod.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
+#include "NoticeStacker.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 
 #include <QDateTime>
@@ -15,9 +16,10 @@ QString categoryName(VyrEngine::NoticeCategory category)
 }
 } // namespace
 
-GatheredNoticeHost::GatheredNoticeHost(Say say, QObject* parent)
+GatheredNoticeHost::GatheredNoticeHost(Say say, NoticeStacker* stacker, QObject* parent)
     : QObject(parent)
     , m_say(std::move(say))
+    , m_stacker(stacker)
     , m_activityWindow(new NoticeListWidget(VyrEngine::Activity))
     , m_lessonWindow(new NoticeListWidget(VyrEngine::Lesson))
 {
@@ -26,6 +28,8 @@ GatheredNoticeHost::GatheredNoticeHost(Say say, QObject* parent)
     connect(model, &NoticeListModel::removeNoticeListItem, this, &GatheredNoticeHost::onRemoveNoticeListItem);
     reportSignals(m_activityWindow.get(), QStringLiteral("Activity"));
     reportSignals(m_lessonWindow.get(), QStringLiteral("Lesson"));
+    m_stacker->addWindow(m_lessonWindow.get());
+    m_stacker->addWindow(m_activityWindow.get());
 }
 
 GatheredNoticeHost::~GatheredNoticeHost() = default;
@@ -46,56 +50,26 @@ void GatheredNoticeHost::onPopupNoticeListWidget(VyrEngine::NoticeCategory categ
     // The height first: the corner is computed from it.
     target->adjustListHeight(0);
     if (!target->isVisible()) {
-        target->popNoticeListWidget(bottomOffsetFor(category));
+        // Shown at the corner; the stacker moves it onto the windows already up.
+        target->popNoticeListWidget(0);
         target->updatePopupTime(quint64(QDateTime::currentMSecsSinceEpoch()));
     } else {
-        place(category);
+        m_stacker->restack();
     }
-    if (category == VyrEngine::Lesson)
-        restackActivity();
 }
 
 void GatheredNoticeHost::onRemoveNoticeListItem(VyrEngine::NoticeCategory category)
 {
     window(category)->adjustListHeight(1);
-    place(category);
-    if (category == VyrEngine::Lesson)
-        restackActivity();
+    m_stacker->restack();
 }
 
 void GatheredNoticeHost::onNoticeWidgetHidden(VyrEngine::NoticeCategory category, bool isPosChanged)
 {
     m_say(QStringLiteral("window %1: noticeWidgetHidden(%1, %2)")
               .arg(categoryName(category), isPosChanged ? QStringLiteral("true") : QStringLiteral("false")));
-    // The window hides right after telling us; the Activity window drops down then.
-    if (category == VyrEngine::Lesson)
-        QTimer::singleShot(0, this, &GatheredNoticeHost::restackActivity);
+    // The window hides right after telling us.
     QTimer::singleShot(0, this, [this, category]() { emit windowHidden(category); });
-}
-
-int GatheredNoticeHost::bottomOffsetFor(VyrEngine::NoticeCategory category) const
-{
-    if (category == VyrEngine::Lesson || !m_lessonWindow->isVisible() || m_lessonWindow->isPosChanged())
-        return 0;
-    return m_lessonWindow->getContentWidgetSize().height() + kStackGap;
-}
-
-void GatheredNoticeHost::place(VyrEngine::NoticeCategory category)
-{
-    NoticeListWidget* target = window(category);
-    // A dragged window stays where the user put it.
-    if (!target->isVisible() || target->isPosChanged())
-        return;
-    const int offset = bottomOffsetFor(category);
-    if (offset == 0)
-        target->autoAdjustNoticeListWidgetPos();
-    else
-        target->adjustNoticeListWidgetPos(offset);
-}
-
-void GatheredNoticeHost::restackActivity()
-{
-    place(VyrEngine::Activity);
 }
 
 void GatheredNoticeHost::reportSignals(NoticeListWidget* window, const QString& name)

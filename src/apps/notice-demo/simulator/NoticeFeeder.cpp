@@ -23,6 +23,12 @@ VyrEngine::NoticeType lessonTypeOf(const QJsonObject& step)
     return static_cast<VyrEngine::NoticeType>(VyrEngine::LessonAhead + qMax(0, index));
 }
 
+// The checker lets only the three class notice types through, in the order of their values.
+int classNoticeTypeOf(const QJsonObject& step)
+{
+    return qMax(0, ScenarioFormat::choices(ScenarioFormat::Type::ClassNoticeType).indexOf(text(step, "type")));
+}
+
 } // namespace
 
 void NoticeFeeder::registerActions(ScenarioPlayer* player, DemoHost* host)
@@ -42,4 +48,14 @@ void NoticeFeeder::registerActions(ScenarioPlayer* player, DemoHost* host)
         host->clusterNoticeArrived(text(step, "content"), idOf(step, "contentId"), idOf(step, "clusterId"),
                                    idOf(step, "creatorId"));
     });
+    player->addAction(QStringLiteral("classNotice"), [host](const QJsonObject& step) {
+        host->classNoticeDue(classNoticeTypeOf(step), idOf(step, "lessonId"));
+    });
+    player->addAction(QStringLiteral("turnClassNotice"), [host](const QJsonObject& step) {
+        host->turnClassNotice(classNoticeTypeOf(step), idOf(step, "lessonId"));
+    });
+    player->addAction(QStringLiteral("classroomStart"), [host](const QJsonObject& step) {
+        host->startClassroom(idOf(step, "lessonId"), step.value(QStringLiteral("local")).toBool());
+    });
+    player->addAction(QStringLiteral("logOut"), [host](const QJsonObject&) { host->logOut(); });
 }

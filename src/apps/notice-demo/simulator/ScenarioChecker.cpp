@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -50,21 +51,40 @@ QString expected(Type type)
         return QStringLiteral("a category (a string)");
     case Type::NoticeType:
         return QStringLiteral("a notice type (a string)");
+    case Type::ClassNoticeType:
+        return QStringLiteral("a class notice type (a string)");
+    case Type::CardButton:
+        return QStringLiteral("a card button (a string)");
+    case Type::IntegerList:
+        return QStringLiteral("a list of integers");
     case Type::Array:
         return QStringLiteral("an array");
     }
     return QString();
 }
 
+bool isInteger(const QJsonValue& value)
+{
+    return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
+}
+
 bool hasType(const QJsonValue& value, Type type)
 {
     switch (type) {
     case Type::Integer:
-        return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
+        return isInteger(value);
     case Type::String:
     case Type::Category:
     case Type::NoticeType:
+    case Type::ClassNoticeType:
+    case Type::CardButton:
         return value.isString();
+    case Type::IntegerList: {
+        if (!value.isArray())
+            return false;
+        const QJsonArray items = value.toArray();
+        return std::all_of(items.begin(), items.end(), [](const QJsonValue& item) { return isInteger(item); });
+    }
     case Type::Boolean:
         return value.isBool();
     case Type::Array:
@@ -216,11 +236,19 @@ void ScenarioChecker::checkStep(QJsonObject* step, int index, QStringList* error
 
 QString ScenarioChecker::checkValue(const QJsonValue& value, const Field& field)
 {
-    if (!hasType(value, field.type))
-        return QStringLiteral("expected %1, got %2").arg(expected(field.type), describe(value));
+    if (!hasType(value, field.type)) {
+        QString got = describe(value);
+        // An array of the wrong things: say which.
+        if (field.type == Type::IntegerList && value.isArray()) {
+            const QJsonArray items = value.toArray();
+            const auto bad = std::find_if(items.begin(), items.end(), [](const QJsonValue& item) { return !isInteger(item); });
+            got = QStringLiteral("an array holding %1").arg(describe(*bad));
+        }
+        return QStringLiteral("expected %1, got %2").arg(expected(field.type), got);
+    }
     const QStringList choices = ScenarioFormat::choices(field.type);
     if (choices.isEmpty() || choices.contains(value.toString()))
         return QString();
-    const QString what = field.type == Type::Category ? QStringLiteral("category") : QStringLiteral("notice type");
-    return QStringLiteral("unknown %1 %2 (one of: %3)").arg(what, quoted(value.toString()), choices.join(QStringLiteral(", ")));
+    return QStringLiteral("unknown %1 %2 (one of: %3)")
+        .arg(ScenarioFormat::typeName(field.type), quoted(value.toString()), choices.join(QStringLiteral(", ")));
 }

@@ -99,6 +99,24 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         {QStringLiteral("hover"), {required("category", Type::Category), optional("on", Type::Boolean, true)}},
         {QStringLiteral("dragWindow"),
          {required("category", Type::Category), optional("dx", Type::Integer, 0), optional("dy", Type::Integer, 0)}},
+        // The host's class notices: a lesson's card shown or turned, the classroom entered, a log-out.
+        {QStringLiteral("classNotice"), {required("type", Type::ClassNoticeType), required("lessonId", Type::Integer)}},
+        {QStringLiteral("turnClassNotice"),
+         {required("type", Type::ClassNoticeType), required("lessonId", Type::Integer)}},
+        {QStringLiteral("classroomStart"), {required("lessonId", Type::Integer), optional("local", Type::Boolean, false)}},
+        {QStringLiteral("logOut"), {}},
+        // The course engine's events.
+        {QStringLiteral("lessonRemoved"), {required("lessonId", Type::Integer)}},
+        {QStringLiteral("lessonRoleInvalid"), {required("lessonId", Type::Integer)}},
+        {QStringLiteral("lessonInfoChanged"), {required("lessonId", Type::Integer), optional("closed", Type::Boolean, false)}},
+        {QStringLiteral("lessonEnd"), {required("lessonId", Type::Integer)}},
+        {QStringLiteral("lessonsInfoChanged"),
+         {required("lessonIds", Type::IntegerList), optional("closed", Type::Boolean, false)}},
+        {QStringLiteral("coursePixmapChanged"),
+         {required("courseId", Type::Integer), optional("color", Type::String, QStringLiteral("#2F80ED"))}},
+        // The user at the newest class notice card.
+        {QStringLiteral("clickClassNotice"), {required("button", Type::CardButton)}},
+        {QStringLiteral("dragClassNotice"), {optional("dx", Type::Integer, 0), optional("dy", Type::Integer, 0)}},
     };
     return actions;
 }
@@ -125,6 +143,12 @@ QString ScenarioFormat::typeName(Type type)
         return QStringLiteral("category");
     case Type::NoticeType:
         return QStringLiteral("notice type");
+    case Type::ClassNoticeType:
+        return QStringLiteral("class notice type");
+    case Type::CardButton:
+        return QStringLiteral("card button");
+    case Type::IntegerList:
+        return QStringLiteral("integer list");
     case Type::Array:
         return QStringLiteral("array");
     }
@@ -137,6 +161,11 @@ QStringList ScenarioFormat::choices(Type type)
         return {QStringLiteral("Lesson"), QStringLiteral("Activity")};
     if (type == Type::NoticeType)
         return {QStringLiteral("LessonAhead"), QStringLiteral("LessonPrepare"), QStringLiteral("LessonStart")};
+    // In the order of ClassNoticeWidget::ClassNoticeType.
+    if (type == Type::ClassNoticeType)
+        return {QStringLiteral("AheadNotice"), QStringLiteral("PrepareNotice"), QStringLiteral("StartNotice")};
+    if (type == Type::CardButton)
+        return {QStringLiteral("known"), QStringLiteral("enter"), QStringLiteral("later"), QStringLiteral("close")};
     return {};
 }
 

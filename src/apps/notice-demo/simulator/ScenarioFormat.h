@@ -18,6 +18,9 @@ public:
         Boolean,
         Category,     // "Lesson" or "Activity"
         NoticeType,   // a lesson notice type: "LessonAhead", "LessonPrepare", "LessonStart"
+        ClassNoticeType, // a class notice's page: "AheadNotice", "PrepareNotice", "StartNotice"
+        CardButton,   // a button of the class notice card: "known", "enter", "later", "close"
+        IntegerList,  // a JSON array of integers
         Array,        // a JSON array of objects, each checked against `entry`
     };
 
@@ -45,7 +48,8 @@ public:
     static const Action* action(const QString& name);
 
     static QString typeName(Type type);
-    // The values a Category or NoticeType field accepts; empty for other types.
+    // The values a field of a choice type (Category, NoticeType,
+    // ClassNoticeType, CardButton) accepts, in order; empty for other types.
     static QStringList choices(Type type);
     // The default as the format's document writes it: "—" for a required field, else compact JSON.
     static QString defaultText(const Field& field);

@@ -1,9 +1,12 @@
 #include "Simulation.h"
 
+#include "ClassNoticeWidget.h"
+#include "CourseEvents.h"
 #include "DemoHost.h"
 #include "KitSeeder.h"
 #include "NoticeListWidget.h"
 #include "NoticeFeeder.h"
+#include "NoticeStacker.h"
 #include "UserSimulator.h"
 #include "WindowSettler.h"
 
@@ -21,6 +24,7 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
 {
     m_player.setSpeed(speed);
     KitSeeder::registerActions(&m_player);
+    CourseEvents::registerActions(&m_player);
     NoticeFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
     registerRunActions();
@@ -70,12 +74,39 @@ void Simulation::screenshot(const QJsonObject& step)
         m_host->say(QStringLiteral("screenshot: windows still moving after 3 s; taken anyway"));
     else if (waited > 0)
         m_host->say(QStringLiteral("screenshot: waited %1 ms for the windows to settle").arg(waited));
-    const QStringList files =
-        m_screenshots.take(step.value(QStringLiteral("name")).toString(),
-                           {{QStringLiteral("Lesson"), m_host->window(VyrEngine::Lesson)},
-                            {QStringLiteral("Activity"), m_host->window(VyrEngine::Activity)}});
+    const QList<ScreenshotTaker::NamedWindow> windows = windowsToShoot();
+    // Where each window stands, for people and for checks that windows don't cover each other.
+    for (const ScreenshotTaker::NamedWindow& window : windows) {
+        if (!window.second->isVisible())
+            continue;
+        const QRect frame = window.second->geometry();
+        m_host->say(QStringLiteral("screenshot: %1 at %2,%3 %4x%5")
+                        .arg(window.first)
+                        .arg(frame.x())
+                        .arg(frame.y())
+                        .arg(frame.width())
+                        .arg(frame.height()));
+    }
+    const QStringList files = m_screenshots.take(step.value(QStringLiteral("name")).toString(), windows);
     for (const QString& file : files)
         m_host->say(QStringLiteral("screenshot: %1").arg(file));
+}
+
+// The gathered windows, then the class notice cards in the order they showed.
+QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
+{
+    QList<ScreenshotTaker::NamedWindow> windows = {{QStringLiteral("Lesson"), m_host->window(VyrEngine::Lesson)},
+                                                   {QStringLiteral("Activity"), m_host->window(VyrEngine::Activity)}};
+    int cards = 0;
+    const QList<QWidget*> stacked = m_host->stacker()->windows();
+    for (QWidget* window : stacked) {
+        if (!qobject_cast<ClassNoticeWidget*>(window) || !window->isVisible())
+            continue;
+        ++cards;
+        const QString name = cards == 1 ? QStringLiteral("ClassNotice") : QStringLiteral("ClassNotice%1").arg(cards);
+        windows.append({name, window});
+    }
+    return windows;
 }
 
 void Simulation::quitWhenHidden(const QJsonObject& step)
@@ -86,10 +117,12 @@ void Simulation::quitWhenHidden(const QJsonObject& step)
     }
     m_waitingToQuit = true;
     m_host->say(QStringLiteral("waiting for the windows to go"));
-    connect(m_host, &DemoHost::windowHidden, this, [this]() {
+    const auto quitWhenNoneLeft = [this]() {
         if (!m_host->anyWindowVisible())
             QCoreApplication::exit(0);
-    });
+    };
+    connect(m_host, &DemoHost::windowHidden, this, quitWhenNoneLeft);
+    connect(m_host, &DemoHost::classNoticeClosed, this, quitWhenNoneLeft);
     QTimer::singleShot(step.value(QStringLiteral("timeout")).toInt(), this, [this]() {
         m_host->say(QStringLiteral("windows still up after the timeout"));
         QCoreApplication::exit(3);

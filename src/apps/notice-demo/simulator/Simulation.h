@@ -27,6 +27,7 @@ private:
     void registerRunActions();
     void announceStep(int index, const QJsonObject& step);
     void screenshot(const QJsonObject& step);
+    QList<ScreenshotTaker::NamedWindow> windowsToShoot() const;
     void quitWhenHidden(const QJsonObject& step);
     void onFinished();
 

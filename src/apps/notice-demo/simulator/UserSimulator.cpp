@@ -1,8 +1,11 @@
 #include "UserSimulator.h"
 
+#include "ClassNoticeWidget.h"
 #include "DemoHost.h"
 #include "EnterButtonLocator.h"
 #include "NoticeListWidget.h"
+#include "NoticeStacker.h"
+#include "ScenarioFormat.h"
 #include "ScenarioPlayer.h"
 #include "WindowSettler.h"
 
@@ -10,6 +13,7 @@
 #include <QCoreApplication>
 #include <QCursor>
 #include <QMouseEvent>
+#include <QAbstractButton>
 #include <QToolButton>
 
 namespace {
@@ -33,6 +37,16 @@ void click(QWidget* widget, const QPoint& local)
     sendMouse(widget, QEvent::MouseButtonRelease, local, Qt::LeftButton, Qt::NoButton);
 }
 
+// What a screen reader reads out for each button of the card, in the order of the format's card buttons.
+QString accessibleNameOf(const QString& button)
+{
+    const QStringList buttons = ScenarioFormat::choices(ScenarioFormat::Type::CardButton);
+    const char* const ids[] = {"ID_ClassAheadNotice_Known", "ID_Enter_Classroom", "ID_ClassNotice_Later",
+                               "ID_PopNotice_CloseAccessibleName"};
+    const int index = buttons.indexOf(button);
+    return index < 0 ? QString() : qtTrId(ids[index], -1);
+}
+
 } // namespace
 
 UserSimulator::UserSimulator(DemoHost* host, QObject* parent)
@@ -48,6 +62,8 @@ void UserSimulator::registerActions(ScenarioPlayer* player)
     player->addAction(QStringLiteral("closeWindow"), [this](const QJsonObject& step) { closeWindow(step); });
     player->addAction(QStringLiteral("hover"), [this](const QJsonObject& step) { hover(step); });
     player->addAction(QStringLiteral("dragWindow"), [this](const QJsonObject& step) { dragWindow(step); });
+    player->addAction(QStringLiteral("clickClassNotice"), [this](const QJsonObject& step) { clickClassNotice(step); });
+    player->addAction(QStringLiteral("dragClassNotice"), [this](const QJsonObject& step) { dragClassNotice(step); });
 }
 
 NoticeListWidget* UserSimulator::windowOf(const QJsonObject& step) const
@@ -123,9 +139,58 @@ void UserSimulator::dragWindow(const QJsonObject& step)
     // A hand can't hold a window that is still sliding into place: its slide would carry it off.
     WindowSettler::waitForStillWindows();
     NoticeListWidget* window = windowOf(step);
-    const QPoint delta(step.value(QStringLiteral("dx")).toInt(), step.value(QStringLiteral("dy")).toInt());
-    // Grab the title strip, move in a few steps, let go.
-    const QPoint grip(window->width() / 2, 30);
+    // Grab the title strip.
+    drag(window, QPoint(window->width() / 2, 30),
+         QPoint(step.value(QStringLiteral("dx")).toInt(), step.value(QStringLiteral("dy")).toInt()));
+}
+
+ClassNoticeWidget* UserSimulator::newestClassNotice()
+{
+    // The stacker lists the host's windows in the order they showed.
+    const QList<QWidget*> windows = m_host->stacker()->windows();
+    for (auto it = windows.crbegin(); it != windows.crend(); ++it) {
+        auto* notice = qobject_cast<ClassNoticeWidget*>(*it);
+        if (notice && notice->isVisible())
+            return notice;
+    }
+    emit said(QStringLiteral("user: no class notice is up"));
+    return nullptr;
+}
+
+// The button is the one the user sees with that label: a button of another
+// page of the card is hidden, so "enter" on the ahead page finds nothing.
+void UserSimulator::clickClassNotice(const QJsonObject& step)
+{
+    ClassNoticeWidget* notice = newestClassNotice();
+    if (!notice)
+        return;
+    const QString button = step.value(QStringLiteral("button")).toString();
+    const QString name = accessibleNameOf(button);
+    const QList<QAbstractButton*> buttons = notice->findChildren<QAbstractButton*>();
+    for (QAbstractButton* candidate : buttons) {
+        if (candidate->isVisible() && candidate->accessibleName() == name) {
+            emit said(QStringLiteral("user: clicks \"%1\" on the class notice").arg(candidate->accessibleName()));
+            click(candidate, candidate->rect().center());
+            return;
+        }
+    }
+    emit said(QStringLiteral("user: the class notice shows no %1 button").arg(button));
+}
+
+void UserSimulator::dragClassNotice(const QJsonObject& step)
+{
+    WindowSettler::waitForStillWindows();
+    ClassNoticeWidget* notice = newestClassNotice();
+    if (!notice)
+        return;
+    // On the title, left of the close button: inside the card's grip strip under its shadow border.
+    drag(notice, QPoint(notice->width() / 3, 22),
+         QPoint(step.value(QStringLiteral("dx")).toInt(), step.value(QStringLiteral("dy")).toInt()));
+}
+
+// Press, move in a few steps, let go.
+void UserSimulator::drag(QWidget* window, const QPoint& grip, const QPoint& delta)
+{
     sendMouse(window, QEvent::MouseButtonPress, grip, Qt::LeftButton, Qt::LeftButton);
     const int steps = 4;
     const QPoint startPos = window->pos();
