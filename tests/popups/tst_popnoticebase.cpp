@@ -93,6 +93,7 @@ private slots:
     void cardPixels();
     void popRaisesAccessibilityAlert();
     void closeButtonAccessibleNameIsTranslated();
+    void cardsShareOneCloseIcon();
 
 private:
     QPointer<TestCard> m_card;
@@ -640,6 +641,16 @@ void TestPopNoticeBase::closeButtonAccessibleNameIsTranslated()
     QCOMPARE(H::closeButton(chinese)->accessibleName(), QStringLiteral("关闭通知"));
     delete chinese;
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
+}
+
+// All cards draw one close icon: Qt's pixmap cache keeps each icon pixmap drawn, so one per card grows it.
+void TestPopNoticeBase::cardsShareOneCloseIcon()
+{
+    m_card = new TestCard();
+    QScopedPointer<TestCard> second(new TestCard());
+    const QIcon first = H::closeButton(m_card)->icon();
+    QVERIFY(!first.isNull());
+    QCOMPARE(H::closeButton(second.data())->icon().cacheKey(), first.cacheKey());
 }
 
 QTEST_MAIN(TestPopNoticeBase)

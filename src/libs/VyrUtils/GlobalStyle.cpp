@@ -116,16 +116,24 @@ void GlobalStyle::registerStyle(const QString& styleName, const QString& sheet)
     m_sheets.insert(styleName, sheet);
 }
 
-void GlobalStyle::applyIcon(QWidget* widget, const QString& styleName) const
+void GlobalStyle::applyIcon(QWidget* widget, const QString& styleName)
 {
     auto* button = qobject_cast<QToolButton*>(widget);
     if (!button)
         return;
     if (styleName == QLatin1String("QToolButton_CloseGrayBg")) {
-        button->setIcon(crossIcon(QColor(0x86, 0x8C, 0x96), 8));
+        button->setIcon(cachedIcon(styleName, QColor(0x86, 0x8C, 0x96), 8));
         button->setIconSize(QSize(8, 8));
     } else if (styleName == QLatin1String("QToolButton_SameMainWindowClose")) {
-        button->setIcon(crossIcon(QColor(0x64, 0x6A, 0x73), 10));
+        button->setIcon(cachedIcon(styleName, QColor(0x64, 0x6A, 0x73), 10));
         button->setIconSize(QSize(10, 10));
     }
+}
+
+const QIcon& GlobalStyle::cachedIcon(const QString& styleName, const QColor& color, int size)
+{
+    auto icon = m_icons.find(styleName);
+    if (icon == m_icons.end())
+        icon = m_icons.insert(styleName, crossIcon(color, size));
+    return *icon;
 }

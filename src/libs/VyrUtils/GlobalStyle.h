@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QHash>
+#include <QIcon>
 #include <QString>
 
 class QWidget;
@@ -36,8 +37,13 @@ public:
 
 private:
     GlobalStyle();
-    void applyIcon(QWidget* widget, const QString& styleName) const;
+    void applyIcon(QWidget* widget, const QString& styleName);
+    const QIcon& cachedIcon(const QString& styleName, const QColor& color, int size);
 
     static GlobalStyle* m_pInstance;
     QHash<QString, QString> m_sheets;
+    // Painted once per style and shared: Qt's pixmap cache keeps every icon
+    // pixmap it draws, keyed by the pixmap, so a fresh icon per widget would
+    // add an entry for each widget ever styled.
+    QHash<QString, QIcon> m_icons;
 };
