@@ -1,3 +1,4 @@
+#include "NoticeListWidget.h"
 #include "NoticeStacker.h"
 #include "PopupHarness.h"
 #include "ScreenCorner.h"
@@ -46,6 +47,7 @@ private slots:
     void draggedWindowRejoinsOnItsNextShowing();
     void windowMovedByTheStackWhilePressedIsNotDragged();
     void differentHeightsAndSpacing();
+    void panelsShareOneRightEdge();
     void hiddenWindowLeavesItsPlace();
     void addingTwiceAndRemoving();
 
@@ -198,12 +200,30 @@ void TestNoticeStacker::differentHeightsAndSpacing()
     stacker.addWindow(tall);
     tall->show();
     TestCard* card = popped(&stacker);
-    QCOMPARE(tall->pos(), QPoint(kRight - 424, kBottom - 178));
+    // A plain window has no shadow border: it stands 10 pixels in, level with the card's panel.
+    QCOMPARE(tall->pos(), QPoint(kRight - 424 - 10, kBottom - 178));
     QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 178 - 6 - 184));
     // A window that grows pushes the ones above it up.
     tall->setFixedSize(424, 266);
     QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 266 - 6 - 184));
     delete tall;
+    QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 184));
+}
+
+// A card and a gathered window line up their white panels on the right, whatever their shadow borders.
+void TestNoticeStacker::panelsShareOneRightEdge()
+{
+    NoticeStacker stacker;
+    NoticeListWidget window(VyrEngine::Lesson);
+    stacker.addWindow(&window);
+    window.show();
+    TestCard* card = popped(&stacker);
+    const int gatheredShadow = 20;
+    const int cardShadow = 10;
+    QCOMPARE(window.pos().x() + window.width(), kRight);
+    QCOMPARE(card->pos().x() + card->width() - cardShadow, window.pos().x() + window.width() - gatheredShadow);
+    // Alone again, the card goes back to its own corner.
+    window.hide();
     QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 184));
 }
 

@@ -49,6 +49,9 @@ class VyrPauseableTimer;
 class VYRNOTICE_EXPORT NoticeListWidget : public QWidget
 {
     Q_OBJECT
+    // Lines the window's panel up with the other stacked windows.
+    friend class NoticeStacker;
+
 public:
     /**
      * A hidden window for @p noticeCategory, which never changes. It reads

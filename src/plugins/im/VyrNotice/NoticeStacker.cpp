@@ -1,10 +1,23 @@
 #include "NoticeStacker.h"
 
+#include "NoticeListWidget.h"
+#include "PopNoticeBaseWidget.h"
 #include "ScreenCorner.h"
 
 #include <QEvent>
 #include <QMouseEvent>
 #include <QWidget>
+
+// The transparent shadow border around a window's visible panel: 10 pixels
+// for a card, 20 for a gathered window, none for any other window.
+int NoticeStacker::shadowRight(const QWidget* window)
+{
+    if (const auto* card = qobject_cast<const PopNoticeBaseWidget*>(window))
+        return card->m_shadowMargins.right();
+    if (qobject_cast<const NoticeListWidget*>(window))
+        return NoticeListWidget::s_shadowMargins.right();
+    return 0;
+}
 
 NoticeStacker::NoticeStacker(QObject* parent)
     : QObject(parent)
@@ -72,6 +85,13 @@ int NoticeStacker::spacing() const
 
 void NoticeStacker::restack()
 {
+    // The visible panels share one right edge: windows with a thinner shadow
+    // border stand that much further left.
+    int widestShadow = 0;
+    for (const Entry& entry : qAsConst(m_entries)) {
+        if (entry.window && entry.window->isVisible() && !entry.dragged)
+            widestShadow = qMax(widestShadow, shadowRight(entry.window));
+    }
     int offset = 0;
     m_moving = true;
     for (const Entry& entry : qAsConst(m_entries)) {
@@ -81,7 +101,7 @@ void NoticeStacker::restack()
         ScreenCorner::Corner corner;
         // An unknown taskbar edge gives no corner: the window stays where it put itself.
         if (ScreenCorner::cornerFor(window->size(), offset, &corner))
-            window->move(corner.end);
+            window->move(corner.end - QPoint(widestShadow - shadowRight(window), 0));
         offset += window->height() + m_spacing;
     }
     m_moving = false;

@@ -60,6 +60,7 @@ private:
         bool dragged = false;
     };
 
+    static int shadowRight(const QWidget* window);
     int indexOf(const QObject* window) const;
     void onWindowDestroyed(QObject* window);
     void moveToEnd(int index);

@@ -31,6 +31,9 @@ class QToolButton;
 class VYRNOTICE_EXPORT PopNoticeBaseWidget : public QWidget
 {
     Q_OBJECT
+    // Lines the cards' white panels up with the other stacked windows.
+    friend class NoticeStacker;
+
 public:
     // Builds the hidden card; nothing is shown before popNotice().
     explicit PopNoticeBaseWidget(QWidget* parent = nullptr);
