@@ -18,8 +18,10 @@ class QWidget;
 // the visible ones are stacked upward from the corner in the order they
 // showed: the first stays in the corner, each later one stands on the one
 // before, spacing() pixels apart (their transparent shadow borders already
-// keep the cards apart). A window that the user dragged stays where it was
-// dropped and leaves its place in the stack to the others until it hides.
+// keep the cards apart). Their white panels share one right edge: a card,
+// whose shadow border is thinner than a gathered window's, stands that much
+// further left. A window that the user dragged stays where it was dropped and
+// leaves its place in the stack to the others until it hides.
 //
 // The stacker moves windows at once, without animation. A host that uses it
 // lets it place the gathered windows: it calls restack() where it would
