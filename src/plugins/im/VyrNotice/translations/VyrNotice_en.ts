@@ -87,5 +87,13 @@
         <source>Later</source>
         <translation>Later</translation>
     </message>
+    <message id="ID_FriendRequestNotice_NewMessage">
+        <source>New Message</source>
+        <translation>New Message</translation>
+    </message>
+    <message id="ID_FriendRequest">
+        <source>Friend request</source>
+        <translation>Friend request</translation>
+    </message>
 </context>
 </TS>

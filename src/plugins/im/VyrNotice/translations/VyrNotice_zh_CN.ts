@@ -87,5 +87,13 @@
         <source>Later</source>
         <translation>稍后</translation>
     </message>
+    <message id="ID_FriendRequestNotice_NewMessage">
+        <source>New Message</source>
+        <translation>新消息</translation>
+    </message>
+    <message id="ID_FriendRequest">
+        <source>Friend request</source>
+        <translation>好友申请</translation>
+    </message>
 </context>
 </TS>
