@@ -5,10 +5,13 @@
 #include "VyrTrack.h"
 #include "VyrUtils.h"
 #include "VyrUtilsHelper.h"
+#include "VyrSettings.h"
+#include "LogCapture.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QLabel>
@@ -49,6 +52,20 @@ private slots:
     void styleBoldKeepsTheRestOfTheFont();
     void namedStylesChangeTheLook_data();
     void namedStylesChangeTheLook();
+
+    void settingsLandInTheIniFile();
+    void settingsStoresHaveTheirOwnFiles();
+    void settingsReadBackFromTheFile();
+    void settingsUnwritableFolderKeepsTheValueInMemory();
+    void domainUrl_data();
+    void domainUrl();
+    void tavlaUrlStartsWithTheDomainUrl_data();
+    void tavlaUrlStartsWithTheDomainUrl();
+    void urlSplicing_data();
+    void urlSplicing();
+    void pushButtonAutoCalcSize_data();
+    void pushButtonAutoCalcSize();
+    void pushButtonAutoCalcSizeOfAFreeButton();
 };
 
 void TestVyrUtils::init()
@@ -443,6 +460,178 @@ void TestVyrUtils::namedStylesChangeTheLook()
         GlobalStyle::getInstance()->applyCurrentStyle(&widget, style, true);
         QCOMPARE(widget.palette().color(QPalette::WindowText), colour);
     }
+}
+
+// A value set is written at once to "<folder>/VyrSettings.ini", where a fresh QSettings reads it.
+void TestVyrUtils::settingsLandInTheIniFile()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    VyrSettings::setFolder(dir.path() + QStringLiteral("/made/here"));
+    VyrSettings* settings = VyrSettings::instance(QString());
+    QCOMPARE(settings->fileName(), dir.path() + QStringLiteral("/made/here/VyrSettings.ini"));
+    settings->setSetting(QStringLiteral("KEY"), false);
+    QCOMPARE(QSettings(settings->fileName(), QSettings::IniFormat).value(QStringLiteral("KEY")).toBool(), false);
+    settings->setSetting(QStringLiteral("KEY"), true);
+    QCOMPARE(QSettings(settings->fileName(), QSettings::IniFormat).value(QStringLiteral("KEY")).toBool(), true);
+    QVERIFY(!settings->lastWriteFailed());
+    QCOMPARE(VyrSettings::instance(QString()), settings);
+}
+
+// A named store writes "<name>.ini" and leaves the general one alone.
+void TestVyrUtils::settingsStoresHaveTheirOwnFiles()
+{
+    QTemporaryDir dir;
+    VyrSettings::setFolder(dir.path());
+    VyrSettings::instance(QStringLiteral("other"))->setSetting(QStringLiteral("KEY"), 5);
+    QCOMPARE(QSettings(dir.filePath(QStringLiteral("other.ini")), QSettings::IniFormat).value(QStringLiteral("KEY")).toInt(), 5);
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("VyrSettings.ini"))));
+    QVERIFY(!VyrSettings::instance(QString())->getSetting(QStringLiteral("KEY")).isValid());
+}
+
+// A value written to the file by someone else is read back; a new folder forgets the old values.
+void TestVyrUtils::settingsReadBackFromTheFile()
+{
+    QTemporaryDir first;
+    VyrSettings::setFolder(first.path());
+    VyrSettings::instance(QString())->setSetting(QStringLiteral("KEY"), QStringLiteral("old"));
+    QTemporaryDir second;
+    {
+        QSettings file(second.filePath(QStringLiteral("VyrSettings.ini")), QSettings::IniFormat);
+        file.setValue(QStringLiteral("KEY"), QStringLiteral("from file"));
+    }
+    VyrSettings::setFolder(second.path());
+    QCOMPARE(VyrSettings::instance(QString())->getSetting(QStringLiteral("KEY")).toString(), QStringLiteral("from file"));
+    QCOMPARE(VyrSettings::instance(QString())->getSetting(QStringLiteral("NONE"), 7).toInt(), 7);
+}
+
+// A folder that can't be made: one warning, the value kept in memory, no file.
+void TestVyrUtils::settingsUnwritableFolderKeepsTheValueInMemory()
+{
+    QTemporaryDir dir;
+    QFile blocker(dir.filePath(QStringLiteral("plain-file")));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    // Below a plain file no folder can be made, whoever runs the test.
+    VyrSettings::setFolder(blocker.fileName() + QStringLiteral("/settings"));
+    VyrSettings* settings = VyrSettings::instance(QString());
+    LogCapture log;
+    settings->setSetting(QStringLiteral("KEY"), true);
+    QVERIFY(settings->lastWriteFailed());
+    QCOMPARE(settings->getSetting(QStringLiteral("KEY")).toBool(), true);
+    const auto lines = log.startingWith(QStringLiteral("VyrSettings: cannot write"));
+    QCOMPARE(lines.size(), 1);
+    QCOMPARE(lines.first().type, QtWarningMsg);
+    QVERIFY(!QFile::exists(settings->fileName()));
+}
+
+void TestVyrUtils::domainUrl_data()
+{
+    QTest::addColumn<bool>("secure");
+    QTest::addColumn<bool>("withScheme");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("https") << true << true << QStringLiteral("https://svc.example.org");
+    QTest::newRow("http") << false << true << QStringLiteral("http://svc.example.org");
+    QTest::newRow("bare, secure") << true << false << QStringLiteral("svc.example.org");
+    QTest::newRow("bare") << false << false << QStringLiteral("svc.example.org");
+}
+
+// The base address follows the host's domain, with or without a scheme.
+void TestVyrUtils::domainUrl()
+{
+    QFETCH(bool, secure);
+    QFETCH(bool, withScheme);
+    QFETCH(QString, expected);
+    const QString before = VyrUtils::serviceDomain();
+    VyrUtils::setServiceDomain(QStringLiteral("svc.example.org"));
+    const QString url = VyrUtils::getDomainUrl(secure, withScheme);
+    VyrUtils::setServiceDomain(before);
+    QCOMPARE(url, expected);
+}
+
+void TestVyrUtils::tavlaUrlStartsWithTheDomainUrl_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("certification") << int(TAVLA_URL_SCHOOL_CERTIFICATION) << QStringLiteral("/school/certification");
+    QTest::newRow("help") << int(TAVLA_URL_HELP) << QStringLiteral("/help");
+    QTest::newRow("home") << int(TAVLA_URL_HOME) << QStringLiteral("/");
+    QTest::newRow("unknown") << 999 << QStringLiteral("/");
+}
+
+// A page's address is the https base address followed by the page's path; 14 is the certification page.
+void TestVyrUtils::tavlaUrlStartsWithTheDomainUrl()
+{
+    QFETCH(int, type);
+    QFETCH(QString, path);
+    QCOMPARE(int(TAVLA_URL_SCHOOL_CERTIFICATION), 14);
+    const QString url = VyrUtils::genTavlaUrl(TAVLA_URL_TYPE(type));
+    QCOMPARE(url, VyrUtils::getDomainUrl(true, true) + path);
+    QCOMPARE(url, QStringLiteral("https://www.vyr.example") + path);
+}
+
+void TestVyrUtils::urlSplicing_data()
+{
+    QTest::addColumn<QStringList>("parts");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("plain") << QStringList{"a.edu", "path"} << QStringLiteral("a.edu/path");
+    QTest::newRow("slash after") << QStringList{"a.edu/", "path"} << QStringLiteral("a.edu/path");
+    QTest::newRow("slash before") << QStringList{"a.edu", "/school/x"} << QStringLiteral("a.edu/school/x");
+    QTest::newRow("slashes both") << QStringList{"a.edu//", "//x/"} << QStringLiteral("a.edu/x/");
+    QTest::newRow("three") << QStringList{"https://a.edu", "b/", "/c"} << QStringLiteral("https://a.edu/b/c");
+    QTest::newRow("empty part") << QStringList{"a.edu", "", "c"} << QStringLiteral("a.edu/c");
+    QTest::newRow("all empty") << QStringList{"", ""} << QString();
+}
+
+// Parts join with exactly one slash between them.
+void TestVyrUtils::urlSplicing()
+{
+    QFETCH(QStringList, parts);
+    QFETCH(QString, expected);
+    QString joined;
+    if (parts.size() == 2)
+        joined = VyrUtils::urlSplicing({parts[0], parts[1]});
+    else
+        joined = VyrUtils::urlSplicing({parts[0], parts[1], parts[2]});
+    QCOMPARE(joined, expected);
+}
+
+void TestVyrUtils::pushButtonAutoCalcSize_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("short") << QStringLiteral("OK");
+    QTest::newRow("long") << QStringLiteral("A rather long button text indeed");
+    QTest::newRow("CJK") << QStringLiteral("这是一个相当长的按钮文字");
+    QTest::newRow("empty") << QString();
+}
+
+// A fixed button widens to its text plus 12 pixels a side, never narrows, keeps its height.
+void TestVyrUtils::pushButtonAutoCalcSize()
+{
+    QFETCH(QString, text);
+    QPushButton button(text);
+    button.setFixedSize(88, 32);
+    GlobalStyle::getInstance()->applyCurrentFontSize(&button, 14, 50);
+    GlobalStyle::getInstance()->applyPushButtonAutoCalcSize(&button);
+    const int needed = button.fontMetrics().horizontalAdvance(text) + 24;
+    QCOMPARE(button.width(), qMax(88, needed));
+    QCOMPARE(button.minimumWidth(), button.maximumWidth());
+    QCOMPARE(button.height(), 32);
+    QCOMPARE(button.minimumHeight(), 32);
+    QCOMPARE(button.maximumHeight(), 32);
+}
+
+// A button without a fixed width gets its text's width as minimum.
+void TestVyrUtils::pushButtonAutoCalcSizeOfAFreeButton()
+{
+    QPushButton button(QStringLiteral("A rather long button text indeed"));
+    button.resize(40, 30);
+    GlobalStyle::getInstance()->applyPushButtonAutoCalcSize(&button);
+    const int needed = button.fontMetrics().horizontalAdvance(button.text()) + 24;
+    QCOMPARE(button.minimumWidth(), needed);
+    QCOMPARE(button.width(), needed);
+    QCOMPARE(button.maximumWidth(), QWIDGETSIZE_MAX);
+    GlobalStyle::getInstance()->applyPushButtonAutoCalcSize(nullptr);
 }
 
 QTEST_MAIN(TestVyrUtils)

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
 #include <QWidget>
@@ -97,6 +98,23 @@ void GlobalStyle::applyCurrentFontSize(QWidget* widget, int pixelSize, int weigh
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     widget->setFont(font);
+}
+
+void GlobalStyle::applyPushButtonAutoCalcSize(QPushButton* button)
+{
+    if (!button)
+        return;
+    const int padding = 12;
+    const int needed = button->fontMetrics().horizontalAdvance(button->text()) + 2 * padding;
+    if (button->minimumWidth() == button->maximumWidth()) {
+        if (needed > button->minimumWidth())
+            button->setFixedWidth(needed);
+        return;
+    }
+    if (needed > button->minimumWidth())
+        button->setMinimumWidth(needed);
+    if (needed > button->width())
+        button->resize(needed, button->height());
 }
 
 QStringList GlobalStyle::styleNames() const

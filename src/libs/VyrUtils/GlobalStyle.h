@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QString>
 
+class QPushButton;
 class QWidget;
 
 // The client's theme: named widget styles and font sizes.
@@ -29,6 +30,10 @@ public:
     void applyCurrentStyle(QWidget* widget, const QString& styleName, bool repolish);
     // A copy of the application font with this pixel size and weight (a QFont::Weight value).
     void applyCurrentFontSize(QWidget* widget, int pixelSize, int weight = QFont::Normal);
+    // Widens `button` so that its text fits in its font with 12 pixels on
+    // each side; a button wide enough already keeps its size, and the height
+    // is never touched. A fixed width stays fixed, at the new width.
+    void applyPushButtonAutoCalcSize(QPushButton* button);
 
     // Host side.
     QStringList styleNames() const;

@@ -73,3 +73,58 @@ void VyrUtils::styleBold(QWidget* widget)
     font.setBold(true);
     widget->setFont(font);
 }
+
+QString& VyrUtils::domainStore()
+{
+    static QString domain = QStringLiteral("www.vyr.example");
+    return domain;
+}
+
+void VyrUtils::setServiceDomain(const QString& domain)
+{
+    domainStore() = domain;
+}
+
+QString VyrUtils::serviceDomain()
+{
+    return domainStore();
+}
+
+QString VyrUtils::getDomainUrl(bool secure, bool withScheme)
+{
+    if (!withScheme)
+        return serviceDomain();
+    return (secure ? QStringLiteral("https://") : QStringLiteral("http://")) + serviceDomain();
+}
+
+QString VyrUtils::genTavlaUrl(TAVLA_URL_TYPE type)
+{
+    QString path;
+    switch (type) {
+    case TAVLA_URL_HELP: path = QStringLiteral("/help"); break;
+    case TAVLA_URL_SCHOOL_CERTIFICATION: path = QStringLiteral("/school/certification"); break;
+    case TAVLA_URL_HOME:
+    default: path = QStringLiteral("/"); break;
+    }
+    return urlSplicing({getDomainUrl(true, true), path});
+}
+
+QString VyrUtils::urlSplicing(std::initializer_list<QString> parts)
+{
+    QString joined;
+    for (const QString& part : parts) {
+        if (part.isEmpty())
+            continue;
+        if (joined.isEmpty()) {
+            joined = part;
+            continue;
+        }
+        while (joined.endsWith(QLatin1Char('/')))
+            joined.chop(1);
+        int start = 0;
+        while (start < part.size() && part.at(start) == QLatin1Char('/'))
+            ++start;
+        joined += QLatin1Char('/') + part.mid(start);
+    }
+    return joined;
+}

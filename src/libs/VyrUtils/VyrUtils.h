@@ -2,11 +2,25 @@
 
 #include <QDateTime>
 #include <QString>
+#include <initializer_list>
 #include <tuple>
 
 class QWidget;
 
-// String and time helpers of the client.
+// Pages of the service that genTavlaUrl() builds addresses for; the values
+// are fixed by the client's protocol.
+enum TAVLA_URL_TYPE {
+    TAVLA_URL_HOME = 0,
+    TAVLA_URL_HELP = 1,
+    TAVLA_URL_SCHOOL_CERTIFICATION = 14,
+};
+
+// String, time and address helpers of the client.
+//
+// Host side (addresses):
+//   setServiceDomain(domain)   the service's host name, "www.vyr.example" by
+//                              default; getDomainUrl() and genTavlaUrl() follow it
+//   serviceDomain()            the host name in use
 class VyrUtils
 {
 public:
@@ -28,4 +42,22 @@ public:
     static qreal screenDeviceRatio(const QWidget* widget);
     // Makes the text of `widget` bold, keeping the rest of its font.
     static void styleBold(QWidget* widget);
+
+    // The service's base address: `secure` picks https over http, `withScheme`
+    // puts "<scheme>://" in front of the host name. Never ends with "/".
+    static QString getDomainUrl(bool secure, bool withScheme);
+    // The full address of a page of the service: getDomainUrl(true, true)
+    // followed by the page's path. An unknown type gives the home page.
+    static QString genTavlaUrl(TAVLA_URL_TYPE type);
+    // Joins the parts to one address with exactly one "/" between parts;
+    // empty parts are skipped, the first part's leading and the last part's
+    // trailing characters are kept.
+    static QString urlSplicing(std::initializer_list<QString> parts);
+
+    // Host side.
+    static void setServiceDomain(const QString& domain);
+    static QString serviceDomain();
+
+private:
+    static QString& domainStore();
 };

@@ -95,5 +95,21 @@
         <source>Friend request</source>
         <translation>Friend request</translation>
     </message>
+    <message id="ID_NotAuthSchoolNotice_NeedCertification">
+        <source>Your school has not been certified yet. Certify it to use all of the school's services.</source>
+        <translation>Your school has not been certified yet. Certify it to use all of the school's services.</translation>
+    </message>
+    <message id="ID_NotAuthSchoolNotice_NoMoreRemind">
+        <source>Don't remind me again</source>
+        <translation>Don't remind me again</translation>
+    </message>
+    <message id="ID_NotAuthSchoolNotice_Certification">
+        <source>Certify</source>
+        <translation>Certify</translation>
+    </message>
+    <message id="ID_Cancel">
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
 </context>
 </TS>

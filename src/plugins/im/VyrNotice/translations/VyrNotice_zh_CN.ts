@@ -95,5 +95,21 @@
         <source>Friend request</source>
         <translation>好友申请</translation>
     </message>
+    <message id="ID_NotAuthSchoolNotice_NeedCertification">
+        <source>Your school has not been certified yet. Certify it to use all of the school's services.</source>
+        <translation>您的学校尚未认证，认证后即可使用学校的全部服务。</translation>
+    </message>
+    <message id="ID_NotAuthSchoolNotice_NoMoreRemind">
+        <source>Don't remind me again</source>
+        <translation>不再提醒</translation>
+    </message>
+    <message id="ID_NotAuthSchoolNotice_Certification">
+        <source>Certify</source>
+        <translation>去认证</translation>
+    </message>
+    <message id="ID_Cancel">
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
 </context>
 </TS>
