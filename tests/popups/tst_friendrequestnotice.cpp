@@ -78,6 +78,7 @@ class FriendNoticeRecorder : public SignalRecorder
 public:
     explicit FriendNoticeRecorder(FriendRequestNotice* window)
         : m_window(window)
+        , m_windowObject(window)
     {
         connect(window, &FriendRequestNotice::contentClickSignal, this, [this]() {
             record(QStringLiteral("content(visible=%1)").arg(visibleText()));
@@ -89,7 +90,8 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (watched == m_window && event->type() == QEvent::Close)
+        // Compared as plain objects: the filter also sees events while the window is being destroyed.
+        if (event->type() == QEvent::Close && watched == m_windowObject.data())
             record(QStringLiteral("close"));
         return false;
     }
@@ -112,6 +114,7 @@ private:
     }
 
     QPointer<FriendRequestNotice> m_window;
+    QPointer<QObject> m_windowObject;
 };
 
 } // namespace

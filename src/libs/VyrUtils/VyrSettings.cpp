@@ -7,10 +7,10 @@
 
 VyrSettings* VyrSettings::instance(const QString& name)
 {
-    VyrSettings*& settings = instances()[name];
+    std::unique_ptr<VyrSettings>& settings = instances()[name];
     if (!settings)
-        settings = new VyrSettings(name);
-    return settings;
+        settings.reset(new VyrSettings(name));
+    return settings.get();
 }
 
 VyrSettings::VyrSettings(const QString& name)
@@ -18,10 +18,10 @@ VyrSettings::VyrSettings(const QString& name)
 {
 }
 
-QHash<QString, VyrSettings*>& VyrSettings::instances()
+std::map<QString, std::unique_ptr<VyrSettings>>& VyrSettings::instances()
 {
-    // Stores live as long as the process, like the client's.
-    static QHash<QString, VyrSettings*> all;
+    // Stores live as long as the process, like the client's, and go with it.
+    static std::map<QString, std::unique_ptr<VyrSettings>> all;
     return all;
 }
 
@@ -61,9 +61,9 @@ bool VyrSettings::write(const QString& key, const QVariant& value) const
 void VyrSettings::setFolder(const QString& path)
 {
     folderPath() = path;
-    for (VyrSettings* settings : qAsConst(instances())) {
-        settings->m_values.clear();
-        settings->m_lastWriteFailed = false;
+    for (const auto& named : instances()) {
+        named.second->m_values.clear();
+        named.second->m_lastWriteFailed = false;
     }
 }
 

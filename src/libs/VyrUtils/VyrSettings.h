@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QString>
 #include <QVariant>
+#include <map>
+#include <memory>
 
 // The client's settings: named stores of key and value, each an INI file
 // written through QSettings.
@@ -43,7 +45,7 @@ private:
     explicit VyrSettings(const QString& name);
     bool write(const QString& key, const QVariant& value) const;
 
-    static QHash<QString, VyrSettings*>& instances();
+    static std::map<QString, std::unique_ptr<VyrSettings>>& instances();
     static QString& folderPath();
 
     QString m_name;
