@@ -33,17 +33,11 @@ void ClassAheadNoticeWidget::initUi()
                                               QStringLiteral("QPushButton_IMButton_Style1"));
     connect(m_enterBtn, &QPushButton::clicked, this, &ClassAheadNoticeWidget::signalClose);
 
-    auto* buttonRow = new QHBoxLayout();
-    buttonRow->setContentsMargins(0, 0, 6, 0);
-    buttonRow->setSpacing(0);
-    buttonRow->addStretch();
-    buttonRow->addWidget(m_enterBtn);
-
     auto* outer = new QVBoxLayout(this);
     ClassNoticePage::setOuterMargins(outer);
     outer->addLayout(topRow);
     outer->addStretch();
-    outer->addLayout(buttonRow);
+    outer->addLayout(ClassNoticePage::buildButtonRow({m_enterBtn}));
 }
 
 void ClassAheadNoticeWidget::setLessonData(QSharedPointer<VyrEngine::SnapshotLesson> lesson, QString name)

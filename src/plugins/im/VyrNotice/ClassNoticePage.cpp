@@ -85,6 +85,28 @@ QPushButton* ClassNoticePage::buildButton(QWidget* page, const QString& text, co
     return button;
 }
 
+void ClassNoticePage::buildEnterAndLater(QWidget* page, QPushButton** enterBtn, QPushButton** laterBtn)
+{
+    *enterBtn = buildButton(page, qtTrId("ID_Enter_Classroom", -1), QStringLiteral("enterClassBtn"),
+                            QStringLiteral("QPushButton_IMButton_Style1"));
+    *laterBtn = buildButton(page, qtTrId("ID_ClassNotice_Later", -1), QStringLiteral("m_laterBtn"),
+                            QStringLiteral("QPushButton_IMButton_Style4"));
+}
+
+QBoxLayout* ClassNoticePage::buildButtonRow(const QList<QPushButton*>& buttons)
+{
+    auto* row = new QHBoxLayout();
+    row->setContentsMargins(0, 0, 6, 0);
+    row->setSpacing(0);
+    row->addStretch();
+    for (int i = 0; i < buttons.size(); ++i) {
+        if (i > 0)
+            row->addSpacing(10);
+        row->addWidget(buttons.at(i));
+    }
+    return row;
+}
+
 void ClassNoticePage::setOuterMargins(QBoxLayout* layout)
 {
     layout->setContentsMargins(24, 12, 24, 20);

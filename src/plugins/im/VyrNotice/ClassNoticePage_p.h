@@ -4,6 +4,7 @@
 
 #include "VyrNoticeExport.h"
 
+#include <QList>
 #include <QString>
 
 class PopNoticeBaseWidget;
@@ -30,6 +31,10 @@ public:
     // An 86 x 26 button with its text, object name and theme style, 13 px.
     static QPushButton* buildButton(QWidget* page, const QString& text, const QString& objectName,
                                     const QString& style);
+    // The prepare and start pages' green "enter" and white "later" buttons, in that order.
+    static void buildEnterAndLater(QWidget* page, QPushButton** enterBtn, QPushButton** laterBtn);
+    // The buttons at the right, 10 pixels apart, 6 in from the edge.
+    static QBoxLayout* buildButtonRow(const QList<QPushButton*>& buttons);
     // The outer layout's margins: 24, 12, 24, 20.
     static void setOuterMargins(QBoxLayout* layout);
 

@@ -28,26 +28,15 @@ void ClassStartNoticeWidget::initUi()
         ClassNoticePage::buildTopRow(this, m_ownerWindow, qtTrId("ID_LMSClassPrepareNotice_LessonStart", -1),
                                      &m_iconLabel, &m_headingLabel, &m_contentBrowser);
 
-    m_enterBtn = ClassNoticePage::buildButton(this, qtTrId("ID_Enter_Classroom", -1), QStringLiteral("enterClassBtn"),
-                                              QStringLiteral("QPushButton_IMButton_Style1"));
+    ClassNoticePage::buildEnterAndLater(this, &m_enterBtn, &m_laterBtn);
     connect(m_enterBtn, &QPushButton::clicked, this, &ClassStartNoticeWidget::enterClassroom);
-    m_laterBtn = ClassNoticePage::buildButton(this, qtTrId("ID_ClassNotice_Later", -1), QStringLiteral("m_laterBtn"),
-                                              QStringLiteral("QPushButton_IMButton_Style4"));
     connect(m_laterBtn, &QPushButton::clicked, this, &ClassStartNoticeWidget::signalClose);
-
-    auto* buttonRow = new QHBoxLayout();
-    buttonRow->setContentsMargins(0, 0, 6, 0);
-    buttonRow->setSpacing(0);
-    buttonRow->addStretch();
-    buttonRow->addWidget(m_enterBtn);
-    buttonRow->addSpacing(10);
-    buttonRow->addWidget(m_laterBtn);
 
     auto* outer = new QVBoxLayout(this);
     ClassNoticePage::setOuterMargins(outer);
     outer->addLayout(topRow);
     outer->addSpacing(12);
-    outer->addLayout(buttonRow);
+    outer->addLayout(ClassNoticePage::buildButtonRow({m_enterBtn, m_laterBtn}));
 
     // The default cluster picture stands until the first cover arrives.
     const QPixmap avatar = AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(0, 0), false);
