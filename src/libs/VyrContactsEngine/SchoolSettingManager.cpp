@@ -61,6 +61,8 @@ void SchoolSettingManager::send(quint64 uid, int flag, const Answer& reply)
     // A timer owned by the manager: clear() deletes it, and the answer with it.
     auto* timer = new QTimer(this);
     timer->setSingleShot(true);
+    // A delayed answer never comes sooner than asked; a coarse timer may fire 5 % early.
+    timer->setTimerType(Qt::PreciseTimer);
     timer->setObjectName(QStringLiteral("pendingAnswer"));
     connect(timer, &QTimer::timeout, this, [this, timer, uid, flag, reply]() {
         timer->deleteLater();
