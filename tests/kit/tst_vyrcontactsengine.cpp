@@ -16,6 +16,11 @@ private slots:
     void init();
 
     void clustersAndClassrooms();
+    void peopleAndDisplayNames_data();
+    void peopleAndDisplayNames();
+    void clusterMemberNicknamesGivesOnlyKnownMembers();
+    void deletedClustersAreForgottenAndSignalled();
+    void signalsTravelQueued();
 
     void schoolDomainKnownIsGivenWithoutQuery();
     void schoolDomainUnknownIsAskedAndAnsweredLater();
@@ -49,6 +54,87 @@ void TestVyrContactsEngine::clustersAndClassrooms()
     QVERIFY(!contacts->clusterInfoById(ClusterID(5, 0), false));
 }
 
+// The name to show: remark, else nickname, else telephone; unknown people give null and "".
+void TestVyrContactsEngine::peopleAndDisplayNames_data()
+{
+    QTest::addColumn<QString>("nickname");
+    QTest::addColumn<QString>("telephone");
+    QTest::addColumn<QString>("remark");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("remark first") << "Nick" << "138" << "Teacher Li" << "Teacher Li";
+    QTest::newRow("nickname") << "Nick" << "138" << "" << "Nick";
+    QTest::newRow("telephone") << "" << "138" << "" << "138";
+    QTest::newRow("nothing") << "" << "" << "" << "";
+}
+
+void TestVyrContactsEngine::peopleAndDisplayNames()
+{
+    QFETCH(QString, nickname);
+    QFETCH(QString, telephone);
+    QFETCH(QString, remark);
+    QFETCH(QString, shown);
+    auto* contacts = ContactsEngine::instance();
+    QVERIFY(!contacts->userInfoById(77));
+    QCOMPARE(contacts->userDisplayName(77, 0), QString());
+    UserInfo user(77, nickname, telephone);
+    user.setRemark(remark);
+    contacts->putUser(user);
+    const auto found = contacts->userInfo(77, 0);
+    QVERIFY(found);
+    QCOMPARE(found->uid(), 77ull);
+    QCOMPARE(found->nickname(), nickname);
+    QCOMPARE(found->telephone(), telephone);
+    QCOMPARE(found->displayName(), shown);
+    QCOMPARE(contacts->userDisplayName(77, 0), shown);
+    QCOMPARE(contacts->userLookupCount(), 4);
+    contacts->removeUser(77);
+    QVERIFY(!contacts->userInfoById(77));
+}
+
+// Members' nicknames are per cluster; a member without one is absent from the map.
+void TestVyrContactsEngine::clusterMemberNicknamesGivesOnlyKnownMembers()
+{
+    auto* contacts = ContactsEngine::instance();
+    contacts->setClusterMemberNickname(5, 1, QStringLiteral("One"));
+    contacts->setClusterMemberNickname(6, 2, QStringLiteral("Two elsewhere"));
+    const auto names = contacts->clusterMemberNicknames(ClusterID(5, 0), {1, 2}, QString(), false);
+    QCOMPARE(int(names.size()), 1);
+    QCOMPARE(names.at(1), QStringLiteral("One"));
+    QVERIFY(names.find(2) == names.end());
+}
+
+// Deleting clusters forgets them and names them all in one signal.
+void TestVyrContactsEngine::deletedClustersAreForgottenAndSignalled()
+{
+    auto* contacts = ContactsEngine::instance();
+    contacts->putCluster(5, QStringLiteral("Five"));
+    QSignalSpy deleted(contacts, &ContactsEngine::signalDelCluster);
+    contacts->deleteClusters({5, 9});
+    QCOMPARE(deleted.count(), 1);
+    const auto ids = deleted.at(0).at(0).value<std::vector<ClusterID>>();
+    QCOMPARE(int(ids.size()), 2);
+    QCOMPARE(ids.at(0).id(), 5ull);
+    QCOMPARE(ids.at(1).id(), 9ull);
+    QVERIFY(!contacts->clusterInfoById(ClusterID(5, 0), false));
+}
+
+// Both signals reach a queued receiver with their vectors intact.
+void TestVyrContactsEngine::signalsTravelQueued()
+{
+    auto* contacts = ContactsEngine::instance();
+    QObject receiver;
+    quint64 deletedId = 0;
+    quint64 changedUid = 0;
+    connect(contacts, &ContactsEngine::signalDelCluster, &receiver,
+            [&](const std::vector<ClusterID>& ids) { deletedId = ids.at(0).id(); }, Qt::QueuedConnection);
+    connect(contacts, &ContactsEngine::updateUserInfo, &receiver,
+            [&](const std::vector<quint64>& uids) { changedUid = uids.at(0); }, Qt::QueuedConnection);
+    contacts->deleteClusters({12});
+    contacts->changeUsers({34});
+    QCOMPARE(deletedId, 0ull);
+    QTRY_COMPARE(deletedId, 12ull);
+    QTRY_COMPARE(changedUid, 34ull);
+}
 
 namespace {
 using Org::SchoolSettingManager;
