@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QMetaType>
 #include <QtGlobal>
+
+#include <vector>
 
 namespace VyrEngine {
 
@@ -31,3 +34,7 @@ private:
 };
 
 } // namespace VyrEngine
+
+// A cluster's id, and a list of them, travel in QVariants and queued signals.
+Q_DECLARE_METATYPE(VyrEngine::ClusterID)
+Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)

@@ -86,6 +86,6 @@ private:
 
 } // namespace VyrEngine
 
-// The signals' arguments travel over queued connections.
-Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
+// The user signal's argument travels over queued connections (the cluster
+// list is declared beside ClusterID).
 Q_DECLARE_METATYPE(std::vector<quint64>)
