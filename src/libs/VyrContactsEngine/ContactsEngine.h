@@ -86,6 +86,6 @@ private:
 
 } // namespace VyrEngine
 
-// The signals' arguments travel over queued connections.
-Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
+// The signals' arguments travel over queued connections; the cluster ids'
+// vector is declared in ClusterID.h.
 Q_DECLARE_METATYPE(std::vector<quint64>)
