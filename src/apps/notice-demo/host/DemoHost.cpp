@@ -1,6 +1,7 @@
 #include "DemoHost.h"
 
 #include "ClassNoticeHost.h"
+#include "CourseWorkHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -33,6 +34,8 @@ DemoHost::DemoHost(QObject* parent)
     connect(m_gathered.get(), &GatheredNoticeHost::windowHidden, this, &DemoHost::windowHidden);
     m_classNotices.reset(new ClassNoticeHost(sayLine, m_stacker.get()));
     connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
+    m_courseWork.reset(new CourseWorkHost(sayLine, m_stacker.get()));
+    connect(m_courseWork.get(), &CourseWorkHost::courseWorkNoticeClosed, this, &DemoHost::courseWorkNoticeClosed);
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -101,7 +104,7 @@ NoticeListWidget* DemoHost::window(VyrEngine::NoticeCategory category) const
 
 bool DemoHost::anyWindowVisible() const
 {
-    return m_gathered->anyVisible() || m_classNotices->openCount() > 0;
+    return m_gathered->anyVisible() || m_classNotices->openCount() > 0 || m_courseWork->openCount() > 0;
 }
 
 void DemoHost::printRows()

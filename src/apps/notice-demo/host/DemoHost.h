@@ -7,6 +7,7 @@
 #include <memory>
 
 class ClassNoticeHost;
+class CourseWorkHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
@@ -14,7 +15,8 @@ class NoticeStacker;
 // The host program's messaging part, written against the notice library's
 // exported API only, as the client would: takes notices in through the
 // model's intakes, owns the gathered windows (GatheredNoticeHost), shows the
-// class notices (ClassNoticeHost), keeps them all apart with one
+// class notices (ClassNoticeHost) and the test and homework pop-ups
+// (CourseWorkHost), keeps them all apart with one
 // NoticeStacker and prints what comes back (model signals, window signals,
 // rows, tracking events).
 class DemoHost : public QObject
@@ -46,6 +48,8 @@ public:
     // Announcements of the client: a classroom is entered, the user logs out.
     void startClassroom(quint64 lessonId, bool local);
     void logOut();
+    // The test and homework pop-ups (see CourseWorkHost).
+    CourseWorkHost* courseWork() const { return m_courseWork.get(); }
 
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
     // Every window the host shows: the gathered ones and the single pop-ups.
@@ -59,6 +63,7 @@ public:
 signals:
     void windowHidden(VyrEngine::NoticeCategory category);
     void classNoticeClosed(quint64 lessonId);
+    void courseWorkNoticeClosed();
 
 private:
     void onPopupNoticeListWidget(VyrEngine::NoticeCategory category);
@@ -70,4 +75,5 @@ private:
     std::unique_ptr<NoticeStacker> m_stacker;
     std::unique_ptr<GatheredNoticeHost> m_gathered;
     std::unique_ptr<ClassNoticeHost> m_classNotices;
+    std::unique_ptr<CourseWorkHost> m_courseWork;
 };

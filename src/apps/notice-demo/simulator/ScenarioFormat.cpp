@@ -117,6 +117,21 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         // The user at the newest class notice card.
         {QStringLiteral("clickClassNotice"), {required("button", Type::CardButton)}},
         {QStringLiteral("dragClassNotice"), {optional("dx", Type::Integer, 0), optional("dy", Type::Integer, 0)}},
+        // Tests and homework: their pop-ups, the people they name, their withdrawal.
+        {QStringLiteral("examNotice"),
+         {required("examId", Type::Integer), required("courseId", Type::Integer), required("name", Type::String),
+          required("state", Type::Integer), optional("review", Type::Boolean, false),
+          optional("userId", Type::Integer, 0), optional("activityId", Type::Integer, 0),
+          optional("expireCount", Type::Integer, 0)}},
+        {QStringLiteral("homeworkNotice"),
+         {required("homeworkId", Type::Integer), required("courseId", Type::Integer), required("name", Type::String),
+          required("state", Type::Integer), optional("review", Type::Boolean, false),
+          optional("revised", Type::Boolean, false), optional("userId", Type::Integer, 0),
+          optional("activityId", Type::Integer, 0), optional("expireCount", Type::Integer, 0)}},
+        {QStringLiteral("knowUser"), {required("uid", Type::Integer), required("nickname", Type::String)}},
+        {QStringLiteral("withdrawExam"), {required("courseId", Type::Integer), required("examId", Type::Integer)}},
+        {QStringLiteral("withdrawHomework"),
+         {required("courseId", Type::Integer), required("homeworkId", Type::Integer)}},
     };
     return actions;
 }

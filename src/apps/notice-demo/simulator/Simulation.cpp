@@ -1,16 +1,19 @@
 #include "Simulation.h"
 
 #include "ClassNoticeWidget.h"
+#include "PopNoticeBaseWidget.h"
 #include "CourseEvents.h"
 #include "DemoHost.h"
 #include "KitSeeder.h"
 #include "NoticeListWidget.h"
+#include "CourseWorkFeeder.h"
 #include "NoticeFeeder.h"
 #include "NoticeStacker.h"
 #include "UserSimulator.h"
 #include "WindowSettler.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QJsonDocument>
 #include <QTimer>
 
@@ -26,6 +29,7 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     KitSeeder::registerActions(&m_player);
     CourseEvents::registerActions(&m_player);
     NoticeFeeder::registerActions(&m_player, m_host);
+    CourseWorkFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
     registerRunActions();
     connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
@@ -92,19 +96,22 @@ void Simulation::screenshot(const QJsonObject& step)
         m_host->say(QStringLiteral("screenshot: %1").arg(file));
 }
 
-// The gathered windows, then the class notice cards in the order they showed.
+// The gathered windows, then the pop-up cards in the order they showed, each
+// named after its class ("ClassNotice", "ExamNotice2", ...).
 QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
 {
     QList<ScreenshotTaker::NamedWindow> windows = {{QStringLiteral("Lesson"), m_host->window(VyrEngine::Lesson)},
                                                    {QStringLiteral("Activity"), m_host->window(VyrEngine::Activity)}};
-    int cards = 0;
+    QHash<QString, int> cards;
     const QList<QWidget*> stacked = m_host->stacker()->windows();
     for (QWidget* window : stacked) {
-        if (!qobject_cast<ClassNoticeWidget*>(window) || !window->isVisible())
+        if (!qobject_cast<PopNoticeBaseWidget*>(window) || !window->isVisible())
             continue;
-        ++cards;
-        const QString name = cards == 1 ? QStringLiteral("ClassNotice") : QStringLiteral("ClassNotice%1").arg(cards);
-        windows.append({name, window});
+        QString kind = QString::fromLatin1(window->metaObject()->className());
+        if (kind.endsWith(QLatin1String("Widget")))
+            kind.chop(6);
+        const int count = ++cards[kind];
+        windows.append({count == 1 ? kind : QStringLiteral("%1%2").arg(kind).arg(count), window});
     }
     return windows;
 }
@@ -123,6 +130,7 @@ void Simulation::quitWhenHidden(const QJsonObject& step)
     };
     connect(m_host, &DemoHost::windowHidden, this, quitWhenNoneLeft);
     connect(m_host, &DemoHost::classNoticeClosed, this, quitWhenNoneLeft);
+    connect(m_host, &DemoHost::courseWorkNoticeClosed, this, quitWhenNoneLeft);
     QTimer::singleShot(step.value(QStringLiteral("timeout")).toInt(), this, [this]() {
         m_host->say(QStringLiteral("windows still up after the timeout"));
         QCoreApplication::exit(3);

@@ -111,5 +111,86 @@
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <!-- Exam and homework pop-ups -->
+    <message id="ID_ExamNotice_TestNotice">
+        <source>Test notice</source>
+        <translation>Test notice</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Homework notice</source>
+        <translation>Homework notice</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_ViewDetails">
+        <source>View details</source>
+        <translation>View details</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Later">
+        <source>Later</source>
+        <translation>Later</translation>
+    </message>
+    <message id="ID_ExamNotice_TestStartedSubmitOnTime">
+        <source>The test %1 has started. Please submit it on time.</source>
+        <translation>The test %1 has started. Please submit it on time.</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeReviewedCheck">
+        <source>Your test %1 has been reviewed. Check it now.</source>
+        <translation>Your test %1 has been reviewed. Check it now.</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeReviewedAgainCheck">
+        <source>Your test %1 has been reviewed again. Check it now.</source>
+        <translation>Your test %1 has been reviewed again. Check it now.</translation>
+    </message>
+    <message id="ID_ExamNotice_TestWillExpire">
+        <source>The test %1 closes in %2 hours. Please submit it in time.</source>
+        <translation>The test %1 closes in %2 hours. Please submit it in time.</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeSubmitCkeck">
+        <source>%1 submitted the test %2. Review it now.</source>
+        <translation>%1 submitted the test %2. Review it now.</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeSubmitLaterCkeck">
+        <source>%1 submitted the test %2 late. Review it now.</source>
+        <translation>%1 submitted the test %2 late. Review it now.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestStartedSubmitOnTime">
+        <source>The homework %1 is out. Please submit it on time.</source>
+        <translation>The homework %1 is out. Please submit it on time.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeReviewCheck">
+        <source>Your homework %1 has been reviewed. Check it now.</source>
+        <translation>Your homework %1 has been reviewed. Check it now.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeRevised">
+        <source>Your homework %1 came back for revision. Please revise it.</source>
+        <translation>Your homework %1 came back for revision. Please revise it.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeReviewAgainCheck">
+        <source>Your homework %1 has been reviewed again. Check it now.</source>
+        <translation>Your homework %1 has been reviewed again. Check it now.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskUnFinishedSubmitInTime">
+        <source>You haven't finished the homework %1. Please submit it in time.</source>
+        <translation>You haven't finished the homework %1. Please submit it in time.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestWillExpire">
+        <source>The homework %1 is due in %2 hours. Please submit it in time.</source>
+        <translation>The homework %1 is due in %2 hours. Please submit it in time.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_RemindStuSubmitAgain">
+        <source>Please submit the homework %1 again.</source>
+        <translation>Please submit the homework %1 again.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestBeSubmitCkeck">
+        <source>%1 submitted the homework %2. Review it now.</source>
+        <translation>%1 submitted the homework %2. Review it now.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_RevisedTaskCheck">
+        <source>%1 submitted the revised homework %2. Review it now.</source>
+        <translation>%1 submitted the revised homework %2. Review it now.</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestBeSubmitLaterCkeck">
+        <source>%1 submitted the homework %2 late. Review it now.</source>
+        <translation>%1 submitted the homework %2 late. Review it now.</translation>
+    </message>
 </context>
 </TS>

@@ -111,5 +111,86 @@
         <source>Cancel</source>
         <translation>取消</translation>
     </message>
+    <!-- Exam and homework pop-ups -->
+    <message id="ID_ExamNotice_TestNotice">
+        <source>Test notice</source>
+        <translation>测验通知</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Homework notice</source>
+        <translation>作业通知</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_ViewDetails">
+        <source>View details</source>
+        <translation>查看详情</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Later">
+        <source>Later</source>
+        <translation>稍后</translation>
+    </message>
+    <message id="ID_ExamNotice_TestStartedSubmitOnTime">
+        <source>The test %1 has started. Please submit it on time.</source>
+        <translation>测验%1已开始，请按时提交。</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeReviewedCheck">
+        <source>Your test %1 has been reviewed. Check it now.</source>
+        <translation>你的测验%1已批阅，快去查看吧。</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeReviewedAgainCheck">
+        <source>Your test %1 has been reviewed again. Check it now.</source>
+        <translation>你的测验%1已重新批阅，快去查看吧。</translation>
+    </message>
+    <message id="ID_ExamNotice_TestWillExpire">
+        <source>The test %1 closes in %2 hours. Please submit it in time.</source>
+        <translation>测验%1将在%2小时后截止，请及时提交。</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeSubmitCkeck">
+        <source>%1 submitted the test %2. Review it now.</source>
+        <translation>%1提交了测验%2，快去批阅吧。</translation>
+    </message>
+    <message id="ID_ExamNotice_TestBeSubmitLaterCkeck">
+        <source>%1 submitted the test %2 late. Review it now.</source>
+        <translation>%1补交了测验%2，快去批阅吧。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestStartedSubmitOnTime">
+        <source>The homework %1 is out. Please submit it on time.</source>
+        <translation>作业%1已布置，请按时提交。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeReviewCheck">
+        <source>Your homework %1 has been reviewed. Check it now.</source>
+        <translation>你的作业%1已批改，快去查看吧。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeRevised">
+        <source>Your homework %1 came back for revision. Please revise it.</source>
+        <translation>你的作业%1被退回订正，请及时订正。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskNeedBeReviewAgainCheck">
+        <source>Your homework %1 has been reviewed again. Check it now.</source>
+        <translation>你的作业%1已重新批改，快去查看吧。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TaskUnFinishedSubmitInTime">
+        <source>You haven't finished the homework %1. Please submit it in time.</source>
+        <translation>你的作业%1还未完成，请及时提交。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestWillExpire">
+        <source>The homework %1 is due in %2 hours. Please submit it in time.</source>
+        <translation>作业%1将在%2小时后截止，请及时提交。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_RemindStuSubmitAgain">
+        <source>Please submit the homework %1 again.</source>
+        <translation>请重新提交作业%1。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestBeSubmitCkeck">
+        <source>%1 submitted the homework %2. Review it now.</source>
+        <translation>%1提交了作业%2，快去批改吧。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_RevisedTaskCheck">
+        <source>%1 submitted the revised homework %2. Review it now.</source>
+        <translation>%1提交了订正后的作业%2，快去批改吧。</translation>
+    </message>
+    <message id="ID_HomeworkNotice_TestBeSubmitLaterCkeck">
+        <source>%1 submitted the homework %2 late. Review it now.</source>
+        <translation>%1补交了作业%2，快去批改吧。</translation>
+    </message>
 </context>
 </TS>

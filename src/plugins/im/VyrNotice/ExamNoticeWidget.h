@@ -1,0 +1,73 @@
+#pragma once
+
+#include "ExamInfo.h"
+#include "PopNoticeBaseWidget.h"
+#include "VyrNoticeExport.h"
+
+#include <memory>
+#include <vector>
+
+namespace VyrEngine {
+class ClusterID;
+}
+class QLabel;
+class QPushButton;
+class QTextBrowser;
+
+// The pop-up of one test: the course's cover, one sentence and the buttons
+// "View details" and "Later".
+//
+// The sentence depends on the state and the side: the working side (the
+// learner who takes the test) knows states 1 (started), 4 (reviewed),
+// 5 (reviewed again) and 8 (about to expire, with the record's expireCount);
+// the review side (the teacher who receives the submissions) knows 3
+// (submitted) and 9 (submitted late) and names the user `userId`. Any other
+// state closes the window as soon as it is built.
+//
+// A host creates the window, connects signalSeeDetails(), calls popNotice()
+// and keeps no pointer. The window closes itself when ExamManager withdraws
+// the test, when the course's cluster is deleted, on log-out and on the
+// user's word; those engine signals are taken on a later turn of the event
+// loop, never inside the constructor.
+//
+// "View details" reports "PushClick" with "check_up" true, then emits, then
+// closes; "Later" reports with "check_up" false, then closes; the close
+// button reports "check_up" false once the card has closed.
+class VYRNOTICE_EXPORT ExamNoticeWidget : public PopNoticeBaseWidget
+{
+    Q_OBJECT
+public:
+    // Builds the hidden window for test `info` (not null) in `state`;
+    // `userId` is the submitting user, read only when `reviewSide` is true.
+    ExamNoticeWidget(quint64 userId, int state, std::shared_ptr<ExamInfo> info, bool reviewSide,
+                     QWidget* parent = nullptr);
+
+signals:
+    // The user wants the test's page: its course, the test and its study activity.
+    void signalSeeDetails(qulonglong courseId, qulonglong examId, qulonglong activityId);
+
+private slots:
+    void onViewDetailsClicked();
+    void onLaterClicked();
+    void onCloseClicked();
+    void onExamDeleted(quint64 courseId, quint64 examId);
+    void onClusterDeleted(const std::vector<VyrEngine::ClusterID>& ids);
+
+private:
+    void initUi();
+    void updateData();
+    void connectOutside();
+    QString templateKey() const;
+    void loadCover();
+    void trackClick(bool checkUp);
+
+    quint64 m_userId = 0;
+    int m_noticeState = 0;
+    std::shared_ptr<ExamInfo> m_info;
+    bool m_isReviewSide = false;
+    QLabel* m_iconLabel = nullptr;
+    QLabel* m_headingLabel = nullptr;
+    QTextBrowser* m_contentBrowser = nullptr;
+    QPushButton* m_viewDetailsBtn = nullptr;
+    QPushButton* m_laterBtn = nullptr;
+};
