@@ -111,5 +111,18 @@
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <!-- The cluster notice reminder. -->
+    <message id="ID_Notice_ViewNow">
+        <source>View now</source>
+        <translation>View now</translation>
+    </message>
+    <message id="ID_Requesting">
+        <source>Requesting...</source>
+        <translation>Requesting...</translation>
+    </message>
+    <message id="ID_Notice_NoticeDeleted">
+        <source>This notice has been deleted</source>
+        <translation>This notice has been deleted</translation>
+    </message>
 </context>
 </TS>

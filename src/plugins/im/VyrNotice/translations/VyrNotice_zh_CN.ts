@@ -111,5 +111,18 @@
         <source>Cancel</source>
         <translation>取消</translation>
     </message>
+    <!-- The cluster notice reminder. -->
+    <message id="ID_Notice_ViewNow">
+        <source>View now</source>
+        <translation>立即查看</translation>
+    </message>
+    <message id="ID_Requesting">
+        <source>Requesting...</source>
+        <translation>请求中...</translation>
+    </message>
+    <message id="ID_Notice_NoticeDeleted">
+        <source>This notice has been deleted</source>
+        <translation>该通知已被删除</translation>
+    </message>
 </context>
 </TS>
