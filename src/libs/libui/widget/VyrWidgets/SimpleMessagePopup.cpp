@@ -50,6 +50,8 @@ SimpleMessagePopup::SimpleMessagePopup(const QString& text, int durationMs)
     layout->addWidget(m_label);
 
     m_closeTimer->setSingleShot(true);
+    // The time is what the caller asked, not a coarse timer's approximation of it.
+    m_closeTimer->setTimerType(Qt::PreciseTimer);
     connect(m_closeTimer, &QTimer::timeout, this, &QWidget::close);
     m_open.append(this);
 }

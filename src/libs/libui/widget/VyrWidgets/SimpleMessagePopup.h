@@ -27,6 +27,7 @@ class SimpleMessagePopup : public QWidget
     Q_OBJECT
 public:
     static void popupSimpleMessage(QString text, int durationMs, QSize size, QPoint pos);
+    ~SimpleMessagePopup() override;
 
     static QList<SimpleMessagePopup*> openPopups();
     QString text() const;
@@ -38,7 +39,6 @@ protected:
 
 private:
     SimpleMessagePopup(const QString& text, int durationMs);
-    ~SimpleMessagePopup() override;
 
     static QList<SimpleMessagePopup*> m_open;
     QLabel* m_label = nullptr;
