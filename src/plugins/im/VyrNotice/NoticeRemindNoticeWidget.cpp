@@ -191,7 +191,7 @@ void NoticeRemindNoticeWidget::onViewNow()
                 SimpleMessagePopup::popupSimpleMessage(qtTrId("ID_Notice_NoticeDeleted", -1), kMessageDurationMs,
                                                        windowSize, windowPos);
                 // Intended: after a network failure errorNo is still its initial 1.
-                qInfo() << QStringLiteral("url:%1, errorNo=%2, errorString:%3")
+                qInfo().noquote() << QStringLiteral("url:%1, errorNo=%2, errorString:%3")
                                .arg(response->url.toString())
                                .arg(errorNo)
                                .arg(response->errorString);

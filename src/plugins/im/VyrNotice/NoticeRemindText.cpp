@@ -5,6 +5,29 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+namespace {
+
+// Qt lays out and elides mixed-direction and shaped text (Arabic joined by a
+// zero-width joiner, conjoining jamo) a few pixels short of what the line
+// then measures; such a line is cut again until it really fits. Ordinary
+// text never comes here.
+QString keepWithinWidth(const QString& line, const QFontMetricsF& metrics, const QFontMetrics& cutter)
+{
+    auto width = [&metrics](const QString& text) {
+        QString shown = text;
+        while (!shown.isEmpty() && shown.at(shown.size() - 1).isSpace())
+            shown.chop(1);
+        return metrics.horizontalAdvance(shown);
+    };
+    QString fitted = line;
+    for (int limit = NoticeRemindText::LineWidth - 1; limit > 0 && width(fitted) >= NoticeRemindText::LineWidth + 1;
+         limit -= 2)
+        fitted = cutter.elidedText(line, Qt::ElideRight, limit);
+    return fitted;
+}
+
+} // namespace
+
 QFont NoticeRemindText::font()
 {
     QFont font;
@@ -31,6 +54,7 @@ QString NoticeRemindText::fit(const QString& text)
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
+    const QFontMetricsF exact(font);
     QString result;
     int linesDone = 0;
     for (const QString& paragraph : paragraphs) {
@@ -48,14 +72,16 @@ QString NoticeRemindText::fit(const QString& text)
                 const QString rest = paragraph.mid(line.textStart());
                 const QString elided = metrics.elidedText(rest, Qt::ElideRight, LineWidth);
                 if (rest == elided && paragraphs.size() <= linesDone)
-                    result += rest;
+                    result += keepWithinWidth(rest, exact, metrics);
                 else
-                    result += metrics.elidedText(rest + QStringLiteral("..."), Qt::ElideRight, LineWidth);
+                    result += keepWithinWidth(metrics.elidedText(rest + QStringLiteral("..."), Qt::ElideRight, LineWidth),
+                                              exact, metrics);
                 break;
             }
             ++lineInParagraph;
             ++linesDone;
-            result += paragraph.mid(line.textStart(), line.textLength()) + QStringLiteral("\n");
+            result += keepWithinWidth(paragraph.mid(line.textStart(), line.textLength()), exact, metrics)
+                + QStringLiteral("\n");
         }
         layout.endLayout();
     }
