@@ -1,6 +1,7 @@
 #include "DemoHost.h"
 
 #include "ClassNoticeHost.h"
+#include "SinglePopupHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -33,6 +34,7 @@ DemoHost::DemoHost(QObject* parent)
     connect(m_gathered.get(), &GatheredNoticeHost::windowHidden, this, &DemoHost::windowHidden);
     m_classNotices.reset(new ClassNoticeHost(sayLine, m_stacker.get()));
     connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
+    m_singlePopups.reset(new SinglePopupHost(sayLine, m_stacker.get()));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.

@@ -7,6 +7,7 @@
 #include <memory>
 
 class ClassNoticeHost;
+class SinglePopupHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
@@ -47,6 +48,9 @@ public:
     void startClassroom(quint64 lessonId, bool local);
     void logOut();
 
+    // The cluster notice reminder, the certification reminder, the friend-request pop-up.
+    SinglePopupHost* singlePopups() const { return m_singlePopups.get(); }
+
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
     // Every window the host shows: the gathered ones and the single pop-ups.
     NoticeStacker* stacker() const { return m_stacker.get(); }
@@ -70,4 +74,5 @@ private:
     std::unique_ptr<NoticeStacker> m_stacker;
     std::unique_ptr<GatheredNoticeHost> m_gathered;
     std::unique_ptr<ClassNoticeHost> m_classNotices;
+    std::unique_ptr<SinglePopupHost> m_singlePopups;
 };

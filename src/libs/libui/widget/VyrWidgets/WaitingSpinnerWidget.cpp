@@ -7,8 +7,9 @@
 #include <QtMath>
 
 namespace {
-constexpr int kPadding = 12;
-constexpr int kTextGap = 8;
+constexpr int kPadding = 8;
+constexpr int kTextGap = 4;
+constexpr int kTextPixelSize = 12;
 constexpr double kMinTrailOpacity = 0.15;
 } // namespace
 
@@ -19,6 +20,10 @@ WaitingSpinnerWidget::WaitingSpinnerWidget(QWidget* parent, bool centerOnParent,
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_TransparentForMouseEvents, passMouseThrough);
+    // Its own small text, whatever the parent's style sheet gives its children.
+    QFont small = font();
+    small.setPixelSize(kTextPixelSize);
+    setFont(small);
     m_timer->setInterval(int(1000 / (RevolutionsPerSecond * NumberOfLines)));
     connect(m_timer, &QTimer::timeout, this, &WaitingSpinnerWidget::rotate);
     if (parent)
