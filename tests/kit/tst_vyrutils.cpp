@@ -7,6 +7,14 @@
 #include "VyrUtilsHelper.h"
 #include "VyrSettings.h"
 #include "LogCapture.h"
+#include "CommonPostParamPod.h"
+#include "LocalHttpServer.h"
+#include "ResponsePod.h"
+#include "VyrHttpManager.h"
+
+#include <QNetworkReply>
+#include <QPointer>
+#include <QThread>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -66,6 +74,16 @@ private slots:
     void pushButtonAutoCalcSize_data();
     void pushButtonAutoCalcSize();
     void pushButtonAutoCalcSizeOfAFreeButton();
+
+    // HTTP requests against a server on 127.0.0.1.
+    void httpAnswerReachesTheCallbackOnce();
+    void httpErrorStatusIsAFailureWithItsBody();
+    void httpRefusedConnection();
+    void httpNoCallbackForAContextThatIsGone();
+    void httpNullContextAlwaysCalledBack();
+    void httpTimeoutAbortsOnce();
+    void httpRequestFromAWorkerThreadAnswersOnTheGuiThread();
+    void httpParamPodKeepsItsOptions();
 };
 
 void TestVyrUtils::init()
@@ -632,6 +650,193 @@ void TestVyrUtils::pushButtonAutoCalcSizeOfAFreeButton()
     QCOMPARE(button.width(), needed);
     QCOMPARE(button.maximumWidth(), QWIDGETSIZE_MAX);
     GlobalStyle::getInstance()->applyPushButtonAutoCalcSize(nullptr);
+}
+
+namespace {
+
+// Callbacks seen: how many, the last pod, and on which thread each ran.
+struct CallbackLog
+{
+    int count = 0;
+    QSharedPointer<ResponsePod> last;
+    bool allOnGuiThread = true;
+
+    VyrHttpManager::Callback callback()
+    {
+        return [this](QSharedPointer<ResponsePod> pod) {
+            ++count;
+            last = pod;
+            allOnGuiThread = allOnGuiThread && QThread::currentThread() == qApp->thread();
+        };
+    }
+};
+
+QSharedPointer<CommonPostParamPod> paramFor(QObject* context, quint64 timeoutMs = 0)
+{
+    return QSharedPointer<CommonPostParamPod>::create(timeoutMs, QPointer<QObject>(context), false, false);
+}
+
+} // namespace
+
+// An answer arrives once, on the GUI thread, with its body, status and URL; the request is a JSON POST.
+void TestVyrUtils::httpAnswerReachesTheCallbackOnce()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(),
+                    VyrDev::HttpReply::json(R"({"error_info":{"errno":1,"error":""}})"));
+    QObject context;
+    CallbackLog log;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("4711"), log.callback(), paramFor(&context));
+    // Never inside the call.
+    QCOMPARE(log.count, 0);
+    QTRY_COMPARE(log.count, 1);
+    QCOMPARE(log.last->networkError, 0);
+    QCOMPARE(log.last->httpStatus, 200);
+    QVERIFY(log.last->errorString.isEmpty());
+    QCOMPARE(log.last->body, QByteArray(R"({"error_info":{"errno":1,"error":""}})"));
+    QCOMPARE(log.last->url, server.url(VyrHttpManager::ClusterNoticeDetailsPath));
+    QVERIFY(log.allOnGuiThread);
+    const QList<VyrDev::HttpRequestRecord> requests = server.requests();
+    QCOMPARE(requests.size(), 1);
+    QCOMPARE(requests[0].method, QByteArray("POST"));
+    QCOMPARE(requests[0].path, VyrHttpManager::ClusterNoticeDetailsPath.toUtf8());
+    QCOMPARE(QJsonDocument::fromJson(requests[0].body).object().value("content_id").toString(),
+             QStringLiteral("4711"));
+    QTest::qWait(50);
+    QCOMPARE(log.count, 1);
+    QCOMPARE(VyrHttpManager::pendingRequestCount(), 0);
+}
+
+// A 404 or 500 is a failure: Qt's error number, its text, the status and the body.
+void TestVyrUtils::httpErrorStatusIsAFailureWithItsBody()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(), VyrDev::HttpReply::error(500, "broken"));
+    QObject context;
+    CallbackLog log;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("1"), log.callback(), paramFor(&context));
+    QTRY_COMPARE(log.count, 1);
+    QCOMPARE(log.last->networkError, int(QNetworkReply::InternalServerError));
+    QCOMPARE(log.last->httpStatus, 500);
+    QCOMPARE(log.last->body, QByteArray("broken"));
+    QVERIFY(!log.last->errorString.isEmpty());
+}
+
+// A stopped server refuses: the callback runs once with the refusal and no status.
+void TestVyrUtils::httpRefusedConnection()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    server.stop();
+    QObject context;
+    CallbackLog log;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("1"), log.callback(), paramFor(&context));
+    QTRY_COMPARE(log.count, 1);
+    QCOMPARE(log.last->networkError, int(QNetworkReply::ConnectionRefusedError));
+    QCOMPARE(log.last->httpStatus, 0);
+    QVERIFY(!log.last->errorString.isEmpty());
+    QTest::qWait(50);
+    QCOMPARE(log.count, 1);
+}
+
+// The context destroyed while the answer is on its way: the callback never runs.
+void TestVyrUtils::httpNoCallbackForAContextThatIsGone()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    VyrDev::HttpReply slow = VyrDev::HttpReply::json("{}");
+    slow.delayMs = 150;
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(), slow);
+    auto* context = new QObject();
+    CallbackLog log;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("1"), log.callback(), paramFor(context));
+    QTRY_COMPARE(server.requestCount(), 1);
+    delete context;
+    QTRY_COMPARE(VyrHttpManager::pendingRequestCount(), 0);
+    QTest::qWait(50);
+    QCOMPARE(log.count, 0);
+}
+
+// Without a context at all the callback always runs.
+void TestVyrUtils::httpNullContextAlwaysCalledBack()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(), VyrDev::HttpReply::json("{}"));
+    CallbackLog log;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("1"), log.callback(), paramFor(nullptr));
+    QTRY_COMPARE(log.count, 1);
+    CallbackLog withoutParam;
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("2"), withoutParam.callback(), {});
+    QTRY_COMPARE(withoutParam.count, 1);
+    QCOMPARE(withoutParam.last->networkError, 0);
+}
+
+// A server that never answers: the request's own timeout cancels it, and the callback runs once.
+void TestVyrUtils::httpTimeoutAbortsOnce()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    VyrDev::HttpReply hang;
+    hang.hang = true;
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(), hang);
+    QObject context;
+    CallbackLog log;
+    QElapsedTimer clock;
+    clock.start();
+    VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("1"), log.callback(), paramFor(&context, 100));
+    QTRY_COMPARE(log.count, 1);
+    QVERIFY(clock.elapsed() >= 100);
+    QCOMPARE(log.last->networkError, int(QNetworkReply::OperationCanceledError));
+    QTest::qWait(50);
+    QCOMPARE(log.count, 1);
+    server.stop();
+}
+
+// Asked from a worker thread, the request still runs and answers on the GUI thread.
+void TestVyrUtils::httpRequestFromAWorkerThreadAnswersOnTheGuiThread()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrHttpManager::setBaseUrl(server.baseUrl());
+    server.setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(), VyrDev::HttpReply::json("{}"));
+    // The manager exists before the worker asks, as in a client.
+    QVERIFY(VyrHttpManager::baseUrl().isValid());
+    CallbackLog log;
+    QThread* worker = QThread::create([&log]() {
+        VyrHttpManager::requestClusterNoticeDetails(QStringLiteral("9"), log.callback(), {});
+    });
+    worker->start();
+    QVERIFY(worker->wait(5000));
+    delete worker;
+    QTRY_COMPARE(log.count, 1);
+    QVERIFY(log.allOnGuiThread);
+}
+
+// The options record gives back what it was built with and notices a context that went.
+void TestVyrUtils::httpParamPodKeepsItsOptions()
+{
+    auto* context = new QObject();
+    CommonPostParamPod pod(250, context, true, false);
+    QCOMPARE(pod.timeoutMs(), quint64(250));
+    QCOMPARE(pod.context().data(), context);
+    QVERIFY(pod.hasContext());
+    QVERIFY(pod.logRequest());
+    QVERIFY(!pod.logResponse());
+    delete context;
+    QVERIFY(pod.context().isNull());
+    QVERIFY(pod.hasContext());
+    CommonPostParamPod none(0, nullptr, false, true);
+    QVERIFY(!none.hasContext());
+    QVERIFY(none.logResponse());
 }
 
 QTEST_MAIN(TestVyrUtils)

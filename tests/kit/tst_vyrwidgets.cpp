@@ -2,6 +2,10 @@
 #include "AbstractTreeModel.h"
 #include "Movable.h"
 #include "VyrListView.h"
+#include "SimpleMessagePopup.h"
+#include "WaitingSpinnerWidget.h"
+
+#include <QPointer>
 
 #include <QAbstractItemModelTester>
 #include <QScrollBar>
@@ -68,6 +72,14 @@ private slots:
     void modelIndexOutOfRangeIsInvalid();
     void modelPassesTheTester();
     void modelOwnsTheRoot();
+
+    void spinnerHiddenUntilStartAndCoversItsParent();
+    void spinnerTurnsWhileSpinningAndStops();
+    void spinnerKeepsItsSettings();
+    void spinnerDrawsItsBoxInTheMiddle();
+    void spinnerPassesClicksThroughOrNot();
+    void messageStandsAtItsPlaceWithItsSize();
+    void messageClosesItselfAfterItsTime();
 };
 
 // Move type 2 drags only from the top strip; the signal reports each move.
@@ -290,6 +302,133 @@ void TestVyrWidgets::modelOwnsTheRoot()
         QCOMPARE(s_alive, 2);
     }
     QCOMPARE(s_alive, 0);
+}
+
+// Hidden when made; start() shows it over the whole parent, and it follows the parent's size.
+void TestVyrWidgets::spinnerHiddenUntilStartAndCoversItsParent()
+{
+    QWidget parent;
+    parent.resize(300, 200);
+    parent.show();
+    auto* spinner = new WaitingSpinnerWidget(&parent, true, true);
+    QVERIFY(!spinner->isVisible());
+    QVERIFY(!spinner->isSpinning());
+    spinner->start();
+    QVERIFY(spinner->isVisible());
+    QVERIFY(spinner->isSpinning());
+    QCOMPARE(spinner->geometry(), parent.rect());
+    parent.resize(400, 250);
+    QCOMPARE(spinner->geometry(), QRect(0, 0, 400, 250));
+}
+
+// The ring's head advances on a timer while spinning and stands still once stopped.
+void TestVyrWidgets::spinnerTurnsWhileSpinningAndStops()
+{
+    QWidget parent;
+    parent.resize(200, 200);
+    parent.show();
+    WaitingSpinnerWidget spinner(&parent);
+    spinner.start();
+    const int first = spinner.currentCounter();
+    QTRY_VERIFY(spinner.currentCounter() != first);
+    spinner.stop();
+    QVERIFY(!spinner.isVisible());
+    QVERIFY(!spinner.isSpinning());
+    const int stopped = spinner.currentCounter();
+    QTest::qWait(200);
+    QCOMPARE(spinner.currentCounter(), stopped);
+}
+
+// Every setter is kept, the client's misspelt border radius setter too; the text shows only when asked.
+void TestVyrWidgets::spinnerKeepsItsSettings()
+{
+    QWidget parent;
+    parent.resize(300, 200);
+    WaitingSpinnerWidget spinner(&parent, true, true);
+    spinner.setInnerRadius(4);
+    spinner.setLineLength(15);
+    spinner.setLineWidth(6);
+    spinner.setBorderRaius(4.0);
+    spinner.setOpacity(0.5);
+    spinner.setText(QStringLiteral("Wait"), true);
+    QCOMPARE(spinner.innerRadius(), 4);
+    QCOMPARE(spinner.lineLength(), 15);
+    QCOMPARE(spinner.lineWidth(), 6);
+    QCOMPARE(spinner.borderRadius(), 4.0);
+    QCOMPARE(spinner.opacity(), 0.5);
+    QCOMPARE(spinner.text(), QStringLiteral("Wait"));
+    QVERIFY(spinner.isTextVisible());
+    const QRect withText = spinner.boxRect();
+    spinner.setText(QStringLiteral("Wait"), false);
+    QVERIFY(spinner.boxRect().height() < withText.height());
+    spinner.setOpacity(3.0);
+    QCOMPARE(spinner.opacity(), 1.0);
+}
+
+// Grabbed: a dark box round the middle of the parent, the parent's own colour outside it.
+void TestVyrWidgets::spinnerDrawsItsBoxInTheMiddle()
+{
+    QWidget parent;
+    parent.setAutoFillBackground(true);
+    QPalette palette = parent.palette();
+    palette.setColor(QPalette::Window, Qt::white);
+    parent.setPalette(palette);
+    parent.resize(300, 200);
+    parent.show();
+    WaitingSpinnerWidget spinner(&parent, true, true);
+    spinner.setOpacity(1.0);
+    spinner.setText(QString(), false);
+    spinner.start();
+    const QRect box = spinner.boxRect();
+    QCOMPARE(box.center(), parent.rect().center());
+    const QImage image = parent.grab().toImage();
+    QCOMPARE(QColor(image.pixel(box.left() + 3, box.center().y())), QColor(Qt::black));
+    QCOMPARE(QColor(image.pixel(5, 5)), QColor(Qt::white));
+    // Off centre: the box sits in the top left corner.
+    WaitingSpinnerWidget corner(&parent, false, true);
+    QCOMPARE(corner.boxRect().topLeft(), QPoint(0, 0));
+}
+
+// By default clicks go through to the parent's widgets; asked otherwise, the spinner takes them.
+void TestVyrWidgets::spinnerPassesClicksThroughOrNot()
+{
+    QWidget parent;
+    WaitingSpinnerWidget through(&parent, true, true);
+    WaitingSpinnerWidget blocking(&parent, true, false);
+    QVERIFY(through.testAttribute(Qt::WA_TransparentForMouseEvents));
+    QVERIFY(!blocking.testAttribute(Qt::WA_TransparentForMouseEvents));
+}
+
+// The message opens at once where it was asked, with that size and text, on top and frameless.
+void TestVyrWidgets::messageStandsAtItsPlaceWithItsSize()
+{
+    SimpleMessagePopup::popupSimpleMessage(QStringLiteral("Gone"), 3000, QSize(328, 184), QPoint(120, 80));
+    QCOMPARE(SimpleMessagePopup::openPopups().size(), 1);
+    SimpleMessagePopup* popup = SimpleMessagePopup::openPopups().first();
+    QVERIFY(popup->isVisible());
+    QCOMPARE(popup->pos(), QPoint(120, 80));
+    QCOMPARE(popup->size(), QSize(328, 184));
+    QCOMPARE(popup->text(), QStringLiteral("Gone"));
+    QCOMPARE(popup->durationMs(), 3000);
+    QVERIFY2(popup->remainingMs() > 2800 && popup->remainingMs() <= 3000, qPrintable(QString::number(popup->remainingMs())));
+    QVERIFY(popup->windowFlags() & Qt::WindowStaysOnTopHint);
+    QVERIFY(popup->windowFlags() & Qt::FramelessWindowHint);
+    QVERIFY(popup->testAttribute(Qt::WA_ShowWithoutActivating));
+    delete popup;
+    QVERIFY(SimpleMessagePopup::openPopups().isEmpty());
+}
+
+// After its time the message closes and deletes itself.
+void TestVyrWidgets::messageClosesItselfAfterItsTime()
+{
+    SimpleMessagePopup::popupSimpleMessage(QStringLiteral("Short"), 100, QSize(100, 40), QPoint(0, 0));
+    QPointer<SimpleMessagePopup> popup = SimpleMessagePopup::openPopups().value(0);
+    QVERIFY(popup);
+    QElapsedTimer clock;
+    clock.start();
+    QTRY_VERIFY(!popup);
+    QVERIFY(clock.elapsed() >= 90);
+    QVERIFY(SimpleMessagePopup::openPopups().isEmpty());
 }
 
 QTEST_MAIN(TestVyrWidgets)

@@ -162,6 +162,20 @@ private slots:
         QCOMPARE(reply->header(QNetworkRequest::ContentTypeHeader).toString(), QStringLiteral("image/png"));
         QCOMPARE(reply->readAll(), bytes);
     }
+
+    // A stop() at once after start() returns promptly, and the port then refuses.
+    void stopRightAfterStart()
+    {
+        for (int round = 0; round < 20; ++round) {
+            LocalHttpServer server;
+            QVERIFY(server.start());
+            QElapsedTimer clock;
+            clock.start();
+            server.stop();
+            QVERIFY2(clock.elapsed() < 2000, "stop() hung");
+            QVERIFY(!server.isRunning());
+        }
+    }
 };
 
 QTEST_MAIN(TstLocalHttpServer)

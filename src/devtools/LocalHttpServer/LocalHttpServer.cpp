@@ -124,6 +124,10 @@ bool LocalHttpServer::start()
         return false;
     }
     d->listener = std::thread([this] { d->server.listen_after_bind(); });
+    // httplib's stop() does nothing until the listener runs, so a stop()
+    // right after start() would leave it serving and hang the join.
+    for (int i = 0; i < 2000 && !d->server.is_running(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return true;
 }
 

@@ -15,6 +15,8 @@
 //   emit ImSignalObject::instance()->signalLogOut();
 //   emit ImSignalObject::instance()->signalStartupClassroom(school, lesson, course, RoomTypeLive, false);
 //   emit ImSignalObject::instance()->signalStartupLocalClassroom(lesson, course, school, name, RoomTypeLocal);
+// The host connects signalViewClusterNoticeDetails to what opens a cluster
+// notice's detail page.
 class ImSignalObject : public QObject
 {
     Q_OBJECT
@@ -30,6 +32,10 @@ signals:
     // A local (offline) classroom is being entered; the ids stand in another order.
     void signalStartupLocalClassroom(qulonglong classId, qulonglong courseId, qulonglong schoolId,
                                      QString courseName, RoomType roomType);
+
+    // Open the detail page of a cluster notice. `type` says which kind of
+    // page (2: a notice of a cluster); `contentId` is the notice's id on the server.
+    void signalViewClusterNoticeDetails(int type, quint64 contentId);
 
 private:
     explicit ImSignalObject(QObject* parent = nullptr);

@@ -2,6 +2,7 @@
 
 #include "ClassNoticeHost.h"
 #include "CourseWorkHost.h"
+#include "SinglePopupHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -36,6 +37,7 @@ DemoHost::DemoHost(QObject* parent)
     connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
     m_courseWork.reset(new CourseWorkHost(sayLine, m_stacker.get()));
     connect(m_courseWork.get(), &CourseWorkHost::courseWorkNoticeClosed, this, &DemoHost::courseWorkNoticeClosed);
+    m_singlePopups.reset(new SinglePopupHost(sayLine, m_stacker.get()));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.

@@ -8,6 +8,7 @@
 
 class ClassNoticeHost;
 class CourseWorkHost;
+class SinglePopupHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
@@ -51,6 +52,9 @@ public:
     // The test and homework pop-ups (see CourseWorkHost).
     CourseWorkHost* courseWork() const { return m_courseWork.get(); }
 
+    // The cluster notice reminder, the certification reminder, the friend-request pop-up.
+    SinglePopupHost* singlePopups() const { return m_singlePopups.get(); }
+
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
     // Every window the host shows: the gathered ones and the single pop-ups.
     NoticeStacker* stacker() const { return m_stacker.get(); }
@@ -76,4 +80,5 @@ private:
     std::unique_ptr<GatheredNoticeHost> m_gathered;
     std::unique_ptr<ClassNoticeHost> m_classNotices;
     std::unique_ptr<CourseWorkHost> m_courseWork;
+    std::unique_ptr<SinglePopupHost> m_singlePopups;
 };

@@ -132,6 +132,19 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         {QStringLiteral("withdrawExam"), {required("courseId", Type::Integer), required("examId", Type::Integer)}},
         {QStringLiteral("withdrawHomework"),
          {required("courseId", Type::Integer), required("homeworkId", Type::Integer)}},
+        // Single pop-ups: the cluster notice reminder and its details server, the
+        // certification reminder, the friend-request pop-up, and the user's clicks on them.
+        {QStringLiteral("clusterNoticeRemind"),
+         {required("clusterId", Type::Integer), required("contentId", Type::Integer),
+          required("content", Type::String), optional("creatorId", Type::Integer, 0),
+          optional("nickname", Type::String, QString())}},
+        {QStringLiteral("noticeServer"),
+         {required("answer", Type::String), optional("delay", Type::Integer, 3000)}},
+        {QStringLiteral("clickNoticeRemind"), {required("button", Type::String)}},
+        {QStringLiteral("schoolCertification"), {}},
+        {QStringLiteral("clickCertification"), {required("button", Type::String)}},
+        {QStringLiteral("friendRequestPopup"), {}},
+        {QStringLiteral("clickFriendRequestPopup"), {}},
     };
     return actions;
 }

@@ -10,6 +10,9 @@
 #include "NoticeFeeder.h"
 #include "NoticeStacker.h"
 #include "UserSimulator.h"
+#include "SinglePopupFeeder.h"
+#include "SinglePopupHost.h"
+#include "VyrHttpManager.h"
 #include "WindowSettler.h"
 
 #include <QCoreApplication>
@@ -32,6 +35,10 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     CourseWorkFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
     registerRunActions();
+    // The cluster notice details come from a local server the scenario answers for.
+    if (m_server.start())
+        VyrHttpManager::setBaseUrl(m_server.baseUrl());
+    SinglePopupFeeder::registerActions(&m_player, m_host, &m_server);
     connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
     connect(&m_player, &ScenarioPlayer::stepStarted, this, &Simulation::announceStep);
     connect(&m_player, &ScenarioPlayer::finished, this, &Simulation::onFinished);
@@ -113,6 +120,9 @@ QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
         const int count = ++cards[kind];
         windows.append({count == 1 ? kind : QStringLiteral("%1%2").arg(kind).arg(count), window});
     }
+    // The single pop-ups, the certification window and the short messages.
+    for (const auto& popup : m_host->singlePopups()->visibleWindows())
+        windows.append({popup.first, popup.second});
     return windows;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DemoHttpServer.h"
 #include "ScenarioPlayer.h"
 #include "ScreenshotTaker.h"
 
@@ -32,6 +33,8 @@ private:
     void onFinished();
 
     DemoHost* m_host;
+    // Before the player: its actions hold a pointer to the server.
+    DemoHttpServer m_server;
     ScenarioPlayer m_player;
     ScreenshotTaker m_screenshots;
     UserSimulator* m_user;

@@ -191,6 +191,18 @@
     <message id="ID_HomeworkNotice_TestBeSubmitLaterCkeck">
         <source>%1 submitted the homework %2 late. Review it now.</source>
         <translation>%1 submitted the homework %2 late. Review it now.</translation>
+    <!-- The cluster notice reminder. -->
+    <message id="ID_Notice_ViewNow">
+        <source>View now</source>
+        <translation>View now</translation>
+    </message>
+    <message id="ID_Requesting">
+        <source>Requesting...</source>
+        <translation>Requesting...</translation>
+    </message>
+    <message id="ID_Notice_NoticeDeleted">
+        <source>This notice has been deleted</source>
+        <translation>This notice has been deleted</translation>
     </message>
 </context>
 </TS>

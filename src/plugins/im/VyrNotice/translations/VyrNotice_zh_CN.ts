@@ -191,6 +191,18 @@
     <message id="ID_HomeworkNotice_TestBeSubmitLaterCkeck">
         <source>%1 submitted the homework %2 late. Review it now.</source>
         <translation>%1补交了作业%2，快去批改吧。</translation>
+    <!-- The cluster notice reminder. -->
+    <message id="ID_Notice_ViewNow">
+        <source>View now</source>
+        <translation>立即查看</translation>
+    </message>
+    <message id="ID_Requesting">
+        <source>Requesting...</source>
+        <translation>请求中...</translation>
+    </message>
+    <message id="ID_Notice_NoticeDeleted">
+        <source>This notice has been deleted</source>
+        <translation>该通知已被删除</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,121 @@
+#include "VyrHttpManager.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QThread>
+#include <QTimer>
+
+const QString VyrHttpManager::ClusterNoticeDetailsPath = QStringLiteral("/im/cluster/notice/details");
+
+VyrHttpManager* VyrHttpManager::m_pInstance = nullptr;
+
+VyrHttpManager::VyrHttpManager(QObject* parent)
+    : QObject(parent)
+    , m_network(new QNetworkAccessManager(this))
+{
+}
+
+VyrHttpManager* VyrHttpManager::instance()
+{
+    if (!m_pInstance) {
+        m_pInstance = new VyrHttpManager();
+        // Replies and callbacks belong to the GUI thread, whoever asked first.
+        if (QCoreApplication::instance())
+            m_pInstance->moveToThread(QCoreApplication::instance()->thread());
+    }
+    return m_pInstance;
+}
+
+void VyrHttpManager::requestClusterNoticeDetails(const QString& contentId, Callback callback,
+                                                 QSharedPointer<CommonPostParamPod> param)
+{
+    QJsonObject body;
+    body.insert(QStringLiteral("content_id"), contentId);
+    instance()->postJson(ClusterNoticeDetailsPath, QJsonDocument(body).toJson(QJsonDocument::Compact),
+                         std::move(callback), std::move(param));
+}
+
+void VyrHttpManager::setBaseUrl(const QUrl& url)
+{
+    instance()->m_baseUrl = url;
+}
+
+QUrl VyrHttpManager::baseUrl()
+{
+    return instance()->m_baseUrl;
+}
+
+void VyrHttpManager::setDefaultTimeout(int ms)
+{
+    instance()->m_defaultTimeout = ms;
+}
+
+int VyrHttpManager::pendingRequestCount()
+{
+    return instance()->m_network->findChildren<QNetworkReply*>().size();
+}
+
+void VyrHttpManager::abortAll()
+{
+    for (QNetworkReply* reply : instance()->m_network->findChildren<QNetworkReply*>())
+        reply->abort();
+}
+
+void VyrHttpManager::postJson(const QString& path, const QByteArray& body, Callback callback,
+                              QSharedPointer<CommonPostParamPod> param)
+{
+    if (QThread::currentThread() != thread()) {
+        QMetaObject::invokeMethod(
+            this, [this, path, body, callback, param]() { postJson(path, body, callback, param); },
+            Qt::QueuedConnection);
+        return;
+    }
+    if (!param)
+        param = QSharedPointer<CommonPostParamPod>::create(0, nullptr, false, false);
+
+    QUrl url = m_baseUrl;
+    url.setPath(url.path() + path);
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    if (param->logRequest())
+        qInfo() << "http post" << url.toString() << "body size:" << body.size();
+
+    QNetworkReply* reply = m_network->post(request, body);
+    const int timeout = param->timeoutMs() > 0 ? int(param->timeoutMs()) : m_defaultTimeout;
+    if (timeout > 0)
+        QTimer::singleShot(timeout, reply, &QNetworkReply::abort);
+    // QNetworkReply::finished comes once, also after abort(), so the callback runs once.
+    connect(reply, &QNetworkReply::finished, this,
+            [this, reply, callback, param]() { finish(reply, callback, param); });
+}
+
+void VyrHttpManager::finish(QNetworkReply* reply, const Callback& callback,
+                            const QSharedPointer<CommonPostParamPod>& param)
+{
+    reply->deleteLater();
+    // Keep the reply out of pendingRequestCount() from now on.
+    reply->setParent(nullptr);
+
+    auto pod = QSharedPointer<ResponsePod>::create();
+    pod->url = reply->request().url();
+    pod->networkError = int(reply->error());
+    if (reply->error() != QNetworkReply::NoError)
+        pod->errorString = reply->errorString();
+    pod->httpStatus = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    pod->body = reply->readAll();
+
+    if (param->logResponse())
+        qInfo() << "http answer" << pod->url.toString() << "status:" << pod->httpStatus
+                << "error:" << pod->networkError << "body size:" << pod->body.size();
+
+    // The context is gone: whoever asked can no longer take the answer.
+    if (param->hasContext() && param->context().isNull())
+        return;
+    if (callback)
+        callback(pod);
+}

@@ -1,0 +1,258 @@
+#include "NoticeRemindNoticeWidget.h"
+
+#include "AvatarManager.h"
+#include "ClusterID.h"
+#include "ClusterInfo.h"
+#include "CommonPostParamPod.h"
+#include "ContactsEngine.h"
+#include "GlobalStyle.h"
+#include "ImSignalObject.h"
+#include "ImageOp.h"
+#include "NoticeRemindText.h"
+#include "ResponsePod.h"
+#include "SimpleMessagePopup.h"
+#include "VyrHttpManager.h"
+#include "WaitingSpinnerWidget.h"
+
+#include <QDebug>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <map>
+#include <vector>
+
+namespace {
+constexpr int kCardWidth = 308;
+constexpr int kCardHeight = 164;
+constexpr int kTextWidth = 215;
+constexpr int kLoadingTimeoutMs = 300000;
+constexpr int kMessageDurationMs = 3000;
+// The kind of detail page the host opens for a cluster notice.
+constexpr int kClusterNoticePage = 2;
+const QString kScene = QStringLiteral("学生端：收到通知二次提醒");
+} // namespace
+
+NoticeRemindNoticeWidget::NoticeRemindNoticeWidget(QString message, quint64 contentId, quint64 gid,
+                                                   quint64 creatorId, QWidget* parent)
+    : PopNoticeBaseWidget(parent)
+    , m_message(message)
+    , m_contentId(contentId)
+    , m_gid(gid)
+    , m_creatorId(creatorId)
+{
+    initUi();
+}
+
+void NoticeRemindNoticeWidget::initUi()
+{
+    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
+                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    setWindowTitle(qtTrId("ID_Cluster_Notice_Title_Notice", -1));
+    auto* style = GlobalStyle::getInstance();
+
+    m_avatarLabel = new QLabel(this);
+    m_avatarLabel->setFixedSize(36, 36);
+    const QPixmap avatar = AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(m_gid, 0), false);
+    QPixmap rounded = ImageOp::roundedRectCoursePixmap(avatar, QSizeF(m_avatarLabel->size()),
+                                                       m_avatarLabel->devicePixelRatioF());
+    rounded.setDevicePixelRatio(m_avatarLabel->devicePixelRatio());
+    m_avatarLabel->setPixmap(rounded);
+
+    m_messageContentLabel = new QLabel(this);
+    m_messageContentLabel->setObjectName(QStringLiteral("messageContentLabel"));
+    m_messageContentLabel->setFixedSize(kTextWidth, 40);
+    m_messageContentLabel->setStyleSheet(QStringLiteral(
+        "QLabel#messageContentLabel{font-size: 14px;font-weight: 400;color: #232323;background-color:transparent;}"));
+    m_messageContentLabel->setTextFormat(Qt::PlainText);
+    m_messageContentLabel->setText(messageText());
+
+    m_clusterNameLabel = new QLabel(this);
+    m_clusterNameLabel->setObjectName(QStringLiteral("clusterNameLabel"));
+    m_clusterNameLabel->setFixedSize(kTextWidth, 20);
+    m_clusterNameLabel->setStyleSheet(QStringLiteral(
+        "QLabel#clusterNameLabel{font-size: 14px;font-weight: 400;color: #999999;background-color:transparent;}"));
+    m_clusterNameLabel->setTextFormat(Qt::PlainText);
+    m_clusterNameLabel->setText(clusterName());
+
+    m_viewNowBtn = new QPushButton(qtTrId("ID_Notice_ViewNow", -1), this);
+    m_viewNowBtn->setObjectName(QStringLiteral("viewNowBtn"));
+    m_viewNowBtn->setFixedSize(86, 26);
+    style->applyCurrentFontSize(m_viewNowBtn, 13, 50);
+    style->applyCurrentStyle(m_viewNowBtn, QStringLiteral("QPushButton_IMButton_Style1"), false);
+
+    m_laterBtn = new QPushButton(qtTrId("ID_ClassNotice_Later", -1), this);
+    m_laterBtn->setObjectName(QStringLiteral("m_laterBtn"));
+    m_laterBtn->setFixedSize(86, 26);
+    style->applyCurrentFontSize(m_laterBtn, 13, 50);
+    style->applyCurrentStyle(m_laterBtn, QStringLiteral("QPushButton_IMButton_Style4"), false);
+
+    auto* left = new QVBoxLayout();
+    left->setContentsMargins(0, 0, 0, 0);
+    left->setSpacing(0);
+    left->addWidget(m_avatarLabel);
+    left->addStretch(0);
+
+    auto* right = new QVBoxLayout();
+    right->setContentsMargins(0, 0, 0, 0);
+    right->setSpacing(0);
+    right->addWidget(m_messageContentLabel);
+    right->addSpacing(6);
+    right->addWidget(m_clusterNameLabel);
+    right->addStretch(0);
+
+    auto* top = new QHBoxLayout();
+    top->setContentsMargins(0, 0, 0, 0);
+    top->setSpacing(0);
+    top->addLayout(left);
+    top->addSpacing(12);
+    top->addLayout(right);
+
+    auto* buttons = new QHBoxLayout();
+    buttons->setContentsMargins(0, 0, 6, 0);
+    buttons->setSpacing(0);
+    buttons->addStretch(0);
+    buttons->addWidget(m_viewNowBtn);
+    buttons->addSpacing(10);
+    buttons->addWidget(m_laterBtn);
+
+    auto* main = new QVBoxLayout();
+    main->setContentsMargins(24, 12, 24, 20);
+    main->setSpacing(0);
+    main->addLayout(top);
+    main->addSpacing(12);
+    main->addLayout(buttons);
+    m_contentWidget->setLayout(main);
+
+    connect(m_viewNowBtn, &QPushButton::clicked, this, &NoticeRemindNoticeWidget::onViewNow);
+    connect(m_laterBtn, &QPushButton::clicked, this, [this]() {
+        close();
+        trackClick(false);
+    });
+    // Only tracks: the card's own connection closes the window.
+    connect(m_closeBtn, &QToolButton::clicked, this, [this]() { trackClick(false); });
+}
+
+QString NoticeRemindNoticeWidget::messageText() const
+{
+    qInfo() << "get cluster member nickname, gid" << m_gid << "creatorId:" << m_creatorId;
+    std::map<quint64, QString> nicknames = VyrEngine::ContactsEngine::instance()->clusterMemberNicknames(
+        VyrEngine::ClusterID(m_gid, 0), std::vector<quint64>{m_creatorId}, QString(), false);
+    // The subscript gives an empty name for a sender the cluster doesn't know.
+    return NoticeRemindText::compose(nicknames[m_creatorId], m_message);
+}
+
+QString NoticeRemindNoticeWidget::clusterName() const
+{
+    const auto info = VyrEngine::ContactsEngine::instance()->clusterInfoById(VyrEngine::ClusterID(m_gid, 0), false);
+    if (!info)
+        return QString();
+    QFont font;
+    font.setWeight(50);
+    font.setPixelSize(14);
+    return QFontMetrics(font).elidedText(info->name().simplified(), Qt::ElideRight, kTextWidth);
+}
+
+void NoticeRemindNoticeWidget::onViewNow()
+{
+    startLoading(qtTrId("ID_Requesting", -1), this);
+    auto param = QSharedPointer<CommonPostParamPod>::create(0, QPointer<QObject>(this), false, false);
+    // The window is the request's context: no answer reaches a window that is gone.
+    VyrHttpManager::requestClusterNoticeDetails(
+        QString::number(m_contentId),
+        [this](QSharedPointer<ResponsePod> response) {
+            stopLoading();
+            int errorNo = 1;
+            const int networkError = response->networkError;
+            if (networkError == 0) {
+                const QJsonObject object = QJsonDocument::fromJson(response->body).object();
+                const QJsonObject errorInfo = object.value(QStringLiteral("error_info")).toObject();
+                errorNo = errorInfo.value(QStringLiteral("errno")).toInt();
+                // Intended: read and not used; the log line carries the pod's text instead.
+                const QString error = errorInfo.value(QStringLiteral("error")).toString();
+                Q_UNUSED(error)
+                if (errorNo == 1) {
+                    emit ImSignalObject::instance()->signalViewClusterNoticeDetails(kClusterNoticePage, m_contentId);
+                    qInfo() << "emit signalViewClusterNoticeDetails, m_contentId" << m_contentId;
+                    close();
+                }
+            }
+            if (networkError != 0 || errorNo != 1) {
+                const QSize windowSize = size();
+                const QPoint windowPos = pos();
+                close();
+                // Every failure, a network one included, reads as a deleted notice.
+                SimpleMessagePopup::popupSimpleMessage(qtTrId("ID_Notice_NoticeDeleted", -1), kMessageDurationMs,
+                                                       windowSize, windowPos);
+                // Intended: after a network failure errorNo is still its initial 1.
+                qInfo().noquote() << QStringLiteral("url:%1, errorNo=%2, errorString:%3")
+                               .arg(response->url.toString())
+                               .arg(errorNo)
+                               .arg(response->errorString);
+            }
+        },
+        param);
+    // Intended: tracked at once, not after the answer.
+    trackClick(true);
+}
+
+void NoticeRemindNoticeWidget::trackClick(bool checkUp)
+{
+    QMap<QString, QVariant> data;
+    data.insert(QStringLiteral("push_body"), m_messageContentLabel->text());
+    data.insert(QStringLiteral("push_scenes"), kScene);
+    data.insert(QStringLiteral("check_up"), checkUp);
+    trackClickPushMessage(data);
+}
+
+void NoticeRemindNoticeWidget::initLoadingWidget(QWidget* parent)
+{
+    // Intended: a second request replaces the members and leaves the first
+    // spinner and timer to their parent until the window goes.
+    m_waitingSpinner = new WaitingSpinnerWidget(parent, true, true);
+    m_waitingSpinner->setInnerRadius(4);
+    m_waitingSpinner->setLineLength(15);
+    m_waitingSpinner->setLineWidth(6);
+    m_waitingSpinner->setBorderRaius(4.0);
+    m_waitingSpinner->setOpacity(0.5);
+    m_loadingTimer = new QTimer(this);
+    m_loadingTimer->setInterval(kLoadingTimeoutMs);
+    connect(m_loadingTimer, &QTimer::timeout, this, &NoticeRemindNoticeWidget::loadingTimeOutSlot);
+}
+
+void NoticeRemindNoticeWidget::startLoading(QString text, QWidget* parent)
+{
+    initLoadingWidget(parent);
+    m_waitingSpinner->stop();
+    m_waitingSpinner->setText(text, true);
+    m_waitingSpinner->start();
+    m_loadingTimer->start();
+}
+
+void NoticeRemindNoticeWidget::stopLoading()
+{
+    // Already stopped (timed out, or the other request's answer came first).
+    if (!m_waitingSpinner || !m_loadingTimer)
+        return;
+    if (m_loadingTimer->isActive())
+        m_loadingTimer->stop();
+    m_waitingSpinner->stop();
+    m_waitingSpinner->hide();
+    m_waitingSpinner->update();
+    delete m_waitingSpinner;
+    delete m_loadingTimer;
+    m_waitingSpinner = nullptr;
+    m_loadingTimer = nullptr;
+}
+
+void NoticeRemindNoticeWidget::loadingTimeOutSlot()
+{
+    // Back to idle; the request itself is left to end on its own.
+    stopLoading();
+}
