@@ -191,6 +191,7 @@
     <message id="ID_HomeworkNotice_TestBeSubmitLaterCkeck">
         <source>%1 submitted the homework %2 late. Review it now.</source>
         <translation>%1补交了作业%2，快去批改吧。</translation>
+    </message>
     <!-- The cluster notice reminder. -->
     <message id="ID_Notice_ViewNow">
         <source>View now</source>
