@@ -54,6 +54,10 @@ public:
     // trailing characters are kept.
     static QString urlSplicing(std::initializer_list<QString> parts);
 
+    // The date of `secsSinceEpoch` in local time as the client writes a day,
+    // "yyyy-MM-dd"; with `withTime` the time follows, " hh:mm".
+    static QString formatTime(qint64 secsSinceEpoch, bool withTime);
+
     // Host side.
     static void setServiceDomain(const QString& domain);
     static QString serviceDomain();
