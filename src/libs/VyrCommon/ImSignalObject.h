@@ -15,6 +15,8 @@
 //   emit ImSignalObject::instance()->signalLogOut();
 //   emit ImSignalObject::instance()->signalStartupClassroom(school, lesson, course, RoomTypeLive, false);
 //   emit ImSignalObject::instance()->signalStartupLocalClassroom(lesson, course, school, name, RoomTypeLocal);
+// menuAddContacts goes the other way: a window asks the host to open its
+// add-contact function, and the host connects to it.
 class ImSignalObject : public QObject
 {
     Q_OBJECT
@@ -30,6 +32,8 @@ signals:
     // A local (offline) classroom is being entered; the ids stand in another order.
     void signalStartupLocalClassroom(qulonglong classId, qulonglong courseId, qulonglong schoolId,
                                      QString courseName, RoomType roomType);
+    // Asks the host to open its add-contact function; `from` names the place it was asked from.
+    void menuAddContacts(const QString& keyword, const QString& from);
 
 private:
     explicit ImSignalObject(QObject* parent = nullptr);

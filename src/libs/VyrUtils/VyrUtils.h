@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QMessageBox>
 #include <QString>
 #include <initializer_list>
 #include <tuple>
@@ -53,6 +54,10 @@ public:
     // empty parts are skipped, the first part's leading and the last part's
     // trailing characters are kept.
     static QString urlSplicing(std::initializer_list<QString> parts);
+
+    // The title of a message box with this icon, in the user's language
+    // (Chinese when the default locale is Chinese, else English).
+    static QString getMessageBoxTitle(QMessageBox::Icon icon);
 
     // Host side.
     static void setServiceDomain(const QString& domain);
