@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QMetaType>
 #include <QtGlobal>
+#include <vector>
 
 namespace VyrEngine {
 
@@ -31,3 +33,8 @@ private:
 };
 
 } // namespace VyrEngine
+
+// Declared beside the record, so that every library that passes clusters
+// through queued connections shares one declaration.
+Q_DECLARE_METATYPE(VyrEngine::ClusterID)
+Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)

@@ -87,5 +87,4 @@ private:
 } // namespace VyrEngine
 
 // The signals' arguments travel over queued connections.
-Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
 Q_DECLARE_METATYPE(std::vector<quint64>)

@@ -17,4 +17,14 @@ public:
     // pixels and carries that ratio. A null source gives a transparent
     // picture of the size; an empty size gives a null pixmap.
     static QPixmap roundedRectCoursePixmap(const QPixmap& source, const QSizeF& size, double devicePixelRatio);
+
+    // A person's avatar as the client shows it: `source` scaled to cover
+    // `size` (logical pixels), centred, cut to the inscribed circle; outside
+    // it the picture is transparent. The result holds size * devicePixelRatio
+    // physical pixels and carries that ratio. A null source gives a
+    // transparent picture; an empty size gives a null pixmap.
+    static QPixmap magicAvatarSvg(const QPixmap& source, const QSize& size, double devicePixelRatio);
+
+private:
+    static QPixmap clippedPixmap(const QPixmap& source, const QSizeF& size, double devicePixelRatio, bool round);
 };

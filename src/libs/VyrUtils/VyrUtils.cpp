@@ -17,6 +17,12 @@ QString VyrUtils::toString(const QDateTime& dateTime, const QString& format)
     return dateTime.toLocalTime().toString(format);
 }
 
+QString VyrUtils::formatTime(qint64 secsSinceEpoch, bool withTime)
+{
+    const QDateTime local = QDateTime::fromSecsSinceEpoch(secsSinceEpoch, Qt::LocalTime);
+    return local.toString(withTime ? QStringLiteral("yyyy-MM-dd hh:mm") : QStringLiteral("yyyy-MM-dd"));
+}
+
 QString VyrUtils::escapeHtmlTag(QString&& text)
 {
     QString copy = std::move(text);

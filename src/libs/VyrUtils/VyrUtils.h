@@ -55,6 +55,10 @@ public:
     // trailing characters are kept.
     static QString urlSplicing(std::initializer_list<QString> parts);
 
+    // The date of `secsSinceEpoch` in local time as the client writes a day,
+    // "yyyy-MM-dd"; with `withTime` the time follows, " hh:mm".
+    static QString formatTime(qint64 secsSinceEpoch, bool withTime);
+
     // The title of a message box with this icon, in the user's language
     // (Chinese when the default locale is Chinese, else English).
     static QString getMessageBoxTitle(QMessageBox::Icon icon);

@@ -12,8 +12,6 @@
 #include "SnapshotLesson.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 
-#include "ContactsEngine.h"
-
 #include <QMetaType>
 #include <QSharedPointer>
 #include <vector>
@@ -24,8 +22,7 @@ Q_DECLARE_METATYPE(QSharedPointer<VyrEngine::SnapshotLesson>)
 Q_DECLARE_METATYPE(QSharedPointer<OpaqueCommonPod>)
 // The kind of classroom a lesson is held in.
 Q_DECLARE_METATYPE(RoomType)
-// A cluster's id; the list of them is declared beside the contacts engine's signal.
-Q_DECLARE_METATYPE(VyrEngine::ClusterID)
+// A cluster's id and a list of them are declared beside the record, in ClusterID.h.
 // VyrEngine::FriendRequestInfo is declared beside the record, in FriendRequestInfo.h.
 
 // VyrEngine::GatherNoticePtr and StudyActivityNoticeWidgetDisplayPod are

@@ -147,5 +147,49 @@
         <source>Enter the Separate Password</source>
         <translation>Enter the Separate Password</translation>
     </message>
+    <message id="ID_Today">
+        <source>Today</source>
+        <translation>Today</translation>
+    </message>
+    <message id="ID_Agree">
+        <source>Agree</source>
+        <translation>Agree</translation>
+    </message>
+    <message id="ID_friendrequest_Refuse">
+        <source>Refuse</source>
+        <translation>Refuse</translation>
+    </message>
+    <message id="ID_friendrequest_Agreed">
+        <source>Agreed</source>
+        <translation>Agreed</translation>
+    </message>
+    <message id="ID_friendrequest_Rejected">
+        <source>Rejected</source>
+        <translation>Rejected</translation>
+    </message>
+    <message id="ID_friendrequest_WaitingVerify">
+        <source>Waiting</source>
+        <translation>Waiting</translation>
+    </message>
+    <message id="ID_friendrequest_Overdue">
+        <source>Expired</source>
+        <translation>Expired</translation>
+    </message>
+    <message id="ID_friendrequest_AgreeFriendRequest">
+        <source>You agreed to the friend request</source>
+        <translation>You agreed to the friend request</translation>
+    </message>
+    <message id="ID_friendrequest_FriendRequestHasBeenAgreed">
+        <source>Your friend request has been agreed</source>
+        <translation>Your friend request has been agreed</translation>
+    </message>
+    <message id="ID_friendrequest_RejectFriendRequest">
+        <source>You refused the friend request</source>
+        <translation>You refused the friend request</translation>
+    </message>
+    <message id="ID_friendrequest_FriendRequestHasBeenReject">
+        <source>Your friend request has been refused</source>
+        <translation>Your friend request has been refused</translation>
+    </message>
 </context>
 </TS>

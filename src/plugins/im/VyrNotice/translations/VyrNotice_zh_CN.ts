@@ -147,5 +147,49 @@
         <source>Enter the Separate Password</source>
         <translation>输入独立密码</translation>
     </message>
+    <message id="ID_Today">
+        <source>Today</source>
+        <translation>今天</translation>
+    </message>
+    <message id="ID_Agree">
+        <source>Agree</source>
+        <translation>同意</translation>
+    </message>
+    <message id="ID_friendrequest_Refuse">
+        <source>Refuse</source>
+        <translation>拒绝</translation>
+    </message>
+    <message id="ID_friendrequest_Agreed">
+        <source>Agreed</source>
+        <translation>已同意</translation>
+    </message>
+    <message id="ID_friendrequest_Rejected">
+        <source>Rejected</source>
+        <translation>已拒绝</translation>
+    </message>
+    <message id="ID_friendrequest_WaitingVerify">
+        <source>Waiting</source>
+        <translation>等待验证</translation>
+    </message>
+    <message id="ID_friendrequest_Overdue">
+        <source>Expired</source>
+        <translation>已过期</translation>
+    </message>
+    <message id="ID_friendrequest_AgreeFriendRequest">
+        <source>You agreed to the friend request</source>
+        <translation>你已同意对方的好友申请</translation>
+    </message>
+    <message id="ID_friendrequest_FriendRequestHasBeenAgreed">
+        <source>Your friend request has been agreed</source>
+        <translation>对方已同意你的好友申请</translation>
+    </message>
+    <message id="ID_friendrequest_RejectFriendRequest">
+        <source>You refused the friend request</source>
+        <translation>你已拒绝对方的好友申请</translation>
+    </message>
+    <message id="ID_friendrequest_FriendRequestHasBeenReject">
+        <source>Your friend request has been refused</source>
+        <translation>对方已拒绝你的好友申请</translation>
+    </message>
 </context>
 </TS>

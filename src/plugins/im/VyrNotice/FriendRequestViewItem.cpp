@@ -1,0 +1,320 @@
+#include "FriendRequestViewItem.h"
+
+#include "FriendRequestModel.h"
+
+#include "AvatarManager.h"
+#include "ContactsEngine.h"
+#include "CoreEngine.h"
+#include "ImageOp.h"
+#include "UserInfo.h"
+#include "VyrUtils.h"
+
+#include <QDateTime>
+#include <QFont>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTextOption>
+
+namespace {
+
+const int HeaderHeight = 28;
+const int LeafHeight = 58;
+const int AvatarSide = 36;
+const int ButtonWidth = 66;
+const int ButtonHeight = 24;
+const int ButtonGap = 12;
+// Measured from the inner rectangle's right edge to the first button's left.
+const int ButtonsOffset = 144;
+const int NameWidth = 250;
+// Left part of a row that counts as a click on the person: avatar and name.
+const int AvatarZoneWidth = 312;
+
+const char* const AgreeStyle =
+    "QPushButton {background: #009265;border: none;border-radius: 4px;font-size: 12px;color: #fff;text-align: center;}"
+    "\t\t\t\t\t\t\t\t   QPushButton:hover{background: #0C8962;}"
+    "\t\t\t\t\t\t\t\t   QPushButton:pressed{background: #00835A;}"
+    "\t\t\t\t\t\t\t\t   QPushButton:disabled {background: #F2F2F2;}";
+const char* const RefuseStyle =
+    "QPushButton {background: #FFFFFF;border: 1px solid #FF4A27;border-radius: 4px;font-size: 12px;color: #FF4A27;text-align: center;}"
+    "\t\t\t\t\t\t\t\t\tQPushButton:hover {background: #FEF9F8;}"
+    "\t\t\t\t\t\t\t\t\tQPushButton:pressed {background: #DDE2F5;}"
+    "\t\t\t\t\t\t\t\t\tQPushButton:disabled {background: #F2F2F2;}";
+const char* const StateStyle =
+    "QPushButton {background: #009265;border: none;border-radius: 4px;font-size: 12px;color: #fff;text-align: center;}"
+    "\t\t\t\t\t\t\t\t QPushButton:hover{background: #0C8962;}"
+    "\t\t\t\t\t\t\t\tQPushButton:pressed{background: #00835A;}"
+    "\t\t\t\t\t\t\t\tQPushButton:disabled {background: #D3D3D3;}";
+
+QFont pixelFont(int pixelSize)
+{
+    QFont font;
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+QPushButton* styleSourceButton(const char* styleSheet)
+{
+    auto* button = new QPushButton();
+    button->setStyleSheet(QString::fromLatin1(styleSheet));
+    return button;
+}
+
+bool isMouseEvent(const QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+FriendRequestViewItem::FriendRequestViewItem(QObject* parent)
+    : QStyledItemDelegate(parent)
+{
+    m_agreeButton = styleSourceButton(AgreeStyle);
+    m_refuseButton = styleSourceButton(RefuseStyle);
+    m_stateButton = styleSourceButton(StateStyle);
+}
+
+FriendRequestViewItem::~FriendRequestViewItem()
+{
+    if (m_agreeButton)
+        m_agreeButton->deleteLater();
+    if (m_refuseButton)
+        m_refuseButton->deleteLater();
+    if (m_stateButton)
+        m_stateButton->deleteLater();
+}
+
+QSize FriendRequestViewItem::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    if (index.data(DateRole).toULongLong() == 0)
+        return QSize(0, 0);
+    return QSize(option.rect.width(), index.parent().isValid() ? LeafHeight : HeaderHeight);
+}
+
+void FriendRequestViewItem::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                                  const QModelIndex& index) const
+{
+    // A blank record (a clone) stands in the tree without being seen.
+    if (index.data(DateRole).toULongLong() == 0)
+        return;
+    painter->save();
+    if (index.parent().isValid())
+        drawLeaf(painter, option, index);
+    else
+        drawZoom(painter, option, index);
+    painter->restore();
+}
+
+QRect FriendRequestViewItem::rowRect(const QStyleOptionViewItem& option)
+{
+    // The tree's indentation is painted over: rows start at the view's left edge.
+    QRect row = option.rect;
+    row.setLeft(0);
+    return row;
+}
+
+QRect FriendRequestViewItem::innerRect(const QRect& row)
+{
+    return row.adjusted(1, 4, -1, -4);
+}
+
+QRect FriendRequestViewItem::firstButtonRect(const QRect& inner)
+{
+    return QRect(inner.right() - ButtonsOffset, inner.y() + (inner.height() - ButtonHeight) / 2, ButtonWidth,
+                 ButtonHeight);
+}
+
+QRect FriendRequestViewItem::secondButtonRect(const QRect& firstButton)
+{
+    return QRect(firstButton.right() + ButtonGap, firstButton.y(), ButtonWidth, ButtonHeight);
+}
+
+void FriendRequestViewItem::drawZoom(QPainter* painter, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) const
+{
+    const QRect row = rowRect(option);
+    painter->fillRect(row, QBrush(QColor(QStringLiteral("#FCFCFC"))));
+    painter->setFont(pixelFont(14));
+    painter->setPen(QColor(QStringLiteral("#B1B1B1")));
+
+    const quint64 date = index.data(DateRole).toULongLong();
+    const QDate day = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(date)).date();
+    // "Today" follows the engine's clock, not the machine's.
+    const bool isToday = day == VyrEngine::CoreEngine::instance()->currentDateTime().date();
+    const QString text = isToday ? qtTrId("ID_Today", -1) : VyrUtils::formatTime(static_cast<qint64>(date), false);
+    painter->drawText(QRectF(QRect(row.x() + 1, row.y() + 4, 200, HeaderHeight)), text, QTextOption());
+}
+
+void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) const
+{
+    const QRect row = rowRect(option);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillRect(row, QBrush(QColor(QStringLiteral("#FCFCFC"))));
+    const QRect inner = innerRect(row);
+
+    auto* contacts = VyrEngine::ContactsEngine::instance();
+    const auto user = contacts->userInfo(index.data(DisplayIdRole).toULongLong(), 0);
+    if (!user)
+        return; // someone the contacts engine doesn't know: the row stays blank
+
+    QRect avatar(inner.x(), inner.y() + (inner.height() - AvatarSide) / 2, AvatarSide, AvatarSide);
+    const QPixmap picture = AvatarManager::instance().getUserAvatar(user->uid());
+    painter->drawPixmap(avatar, ImageOp::magicAvatarSvg(picture, avatar.size(), painter->device()->devicePixelRatioF()));
+    // Name and text measure from a 40-pixel band around the avatar.
+    avatar.adjust(0, -2, 0, 2);
+
+    const QRect name(avatar.right() + 8, avatar.y(), NameWidth, avatar.height() / 2);
+    painter->setPen(QColor(QStringLiteral("#202020")));
+    painter->setFont(pixelFont(14));
+    const QString displayName = contacts->userDisplayName(user->uid(), 0);
+    painter->drawText(name, Qt::AlignLeft | Qt::AlignTop,
+                      painter->fontMetrics().elidedText(displayName, Qt::ElideRight, name.width(), Qt::TextShowMnemonic));
+
+    const QRect first = firstButtonRect(inner);
+    const QRect second = secondButtonRect(first);
+    const QRect text(avatar.right() + 8, name.bottom(), inner.width() - avatar.width() - 150, avatar.height() / 2);
+
+    painter->setPen(QColor(QStringLiteral("#999999")));
+    drawStatus(painter, index.data(StatusRole).toInt(), index, text, first, second);
+}
+
+void FriendRequestViewItem::drawStatus(QPainter* painter, int status, const QModelIndex& index, const QRect& textRect,
+                                       const QRect& firstButton, const QRect& secondButton) const
+{
+    const int textFlags = Qt::AlignLeft | Qt::AlignBottom;
+    if (status == AwaitingMyAnswer) {
+        drawButton(m_agreeButton, painter, firstButton, qtTrId("ID_Agree", -1), true);
+        drawButton(m_refuseButton, painter, secondButton, qtTrId("ID_friendrequest_Refuse", -1), true);
+        const QString message = index.data(MessageRole).toString().simplified();
+        // Elided with the 14-pixel metrics and drawn at 12 pixels: the line ends short of the buttons on purpose.
+        const QString elided = painter->fontMetrics().elidedText(message, Qt::ElideRight, textRect.width(),
+                                                                 Qt::TextShowMnemonic);
+        painter->setFont(pixelFont(12));
+        painter->drawText(textRect, textFlags, elided);
+        return;
+    }
+
+    const char* labelId = nullptr;
+    QString text;
+    switch (status) {
+    case AgreedByMe:
+        labelId = "ID_friendrequest_Agreed";
+        text = qtTrId("ID_friendrequest_AgreeFriendRequest", -1);
+        break;
+    case AgreedByPeer:
+        labelId = "ID_friendrequest_Agreed";
+        text = qtTrId("ID_friendrequest_FriendRequestHasBeenAgreed", -1);
+        break;
+    case RefusedByMe:
+        labelId = "ID_friendrequest_Rejected";
+        text = qtTrId("ID_friendrequest_RejectFriendRequest", -1);
+        break;
+    case RefusedByPeer:
+        labelId = "ID_friendrequest_Rejected";
+        text = qtTrId("ID_friendrequest_FriendRequestHasBeenReject", -1);
+        break;
+    case AwaitingPeerAnswer:
+        labelId = "ID_friendrequest_WaitingVerify";
+        text = index.data(MessageRole).toString(); // as written, so a long one is clipped
+        break;
+    case Overdue:
+        labelId = "ID_friendrequest_Overdue";
+        text = index.data(MessageRole).toString();
+        break;
+    default:
+        return; // an unknown status shows the person alone
+    }
+    painter->setFont(pixelFont(12));
+    drawButton(m_stateButton, painter, secondButton, qtTrId(labelId, -1), false);
+    painter->drawText(textRect, textFlags, text);
+}
+
+void FriendRequestViewItem::drawButton(QPushButton* button, QPainter* painter, const QRect& rect, const QString& text,
+                                       bool enabled) const
+{
+    QStyleOptionButton option;
+    option.rect = rect;
+    option.text = text;
+    if (enabled) {
+        option.state |= QStyle::State_Enabled;
+        if (rect.contains(m_mousePos)) {
+            if (m_mouseState == 0)
+                option.state |= QStyle::State_MouseOver;
+            else if (m_mouseState == 1)
+                option.state |= QStyle::State_Sunken;
+        }
+    }
+    // The style may leave its own pen and font behind; the row's text must not see them.
+    painter->save();
+    button->style()->drawControl(QStyle::CE_PushButton, &option, painter, button);
+    painter->restore();
+}
+
+bool FriendRequestViewItem::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                                        const QModelIndex& index)
+{
+    // A view also hands key presses to the delegate; only mouse events are read here.
+    if (!isMouseEvent(event))
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    const auto* mouse = static_cast<QMouseEvent*>(event);
+    const QRect row = rowRect(option);
+    const QRect inner = innerRect(row);
+    // Left plus 312 as the width, as the click zone always was; rows start at 0, so it is 312 wide.
+    const QRect avatarZone(row.left(), row.top(), row.left() + AvatarZoneWidth, row.height());
+    const QRect first = firstButtonRect(inner);
+    const QRect second = secondButtonRect(first);
+    const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+
+    // Header rows and rows of every status take these two steps.
+    if (mouse->button() == Qt::LeftButton && isRelease && avatarZone.contains(mouse->pos()))
+        emit avatarClickSignal(index);
+    if (mouse->button() == Qt::RightButton && isRelease && row.contains(mouse->pos()))
+        emit rightClickSignal(index, mouse->pos());
+
+    if (index.data(StatusRole).toInt() != AwaitingMyAnswer)
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+
+    m_mouseState = -1;
+    m_mousePos = mouse->pos();
+    QGuiApplication::restoreOverrideCursor();
+
+    bool hit = false;
+    const QRect buttons[] = {first, second};
+    for (int i = 0; i < 2; ++i) {
+        if (!buttons[i].contains(m_mousePos))
+            continue;
+        hit = true;
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            m_mouseState = 1;
+            break;
+        case QEvent::MouseButtonRelease:
+            // Any mouse button answers: a right release on Agree also agrees, as it always has.
+            if (i == 0)
+                emit agreeButtonClickSignal(index);
+            else
+                emit refuseButtonClickSignal(index);
+            break;
+        case QEvent::MouseMove:
+            m_mouseState = 0;
+            break;
+        default:
+            break;
+        }
+    }
+    return hit;
+}

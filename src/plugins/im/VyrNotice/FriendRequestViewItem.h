@@ -1,0 +1,71 @@
+#pragma once
+
+#include "VyrNoticeExport.h"
+
+#include <QModelIndex>
+#include <QPoint>
+#include <QStyledItemDelegate>
+
+class QPushButton;
+
+// Paints the rows of the friend-request page and turns mouse events on them
+// into signals. A top-level row is a day header (28 pixels high), a child row
+// one person (58 pixels): avatar, name, a line of text and, by the request's
+// status, the Agree and Refuse buttons or one disabled label button. A row
+// whose date is 0 takes no space and paints nothing.
+//
+// The rows hold no widgets. Three push buttons, never shown, serve only as
+// the source of the buttons' style; every row's buttons are drawn through
+// their QStyle. Hover and pressed looks follow the last mouse event seen on a
+// row awaiting the user's answer, so the view needs mouse tracking on and must
+// pass mouse events (and only those) to editorEvent().
+//
+// Signals, all on a mouse button release:
+//   avatarClickSignal        left button in the left 312 pixels of any row,
+//                            day headers included
+//   rightClickSignal         right button anywhere on any row; `pos` is the
+//                            event's position in the view's viewport
+//   agreeButtonClickSignal   any button on Agree (so a right release there
+//                            also opens the row's menu)
+//   refuseButtonClickSignal  any button on Refuse
+//   avatarDoubleClickSignal  declared for hosts that connect it; never emitted
+class VYRNOTICE_EXPORT FriendRequestViewItem : public QStyledItemDelegate
+{
+    Q_OBJECT
+public:
+    explicit FriendRequestViewItem(QObject* parent = nullptr);
+    ~FriendRequestViewItem() override;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override;
+
+signals:
+    void avatarClickSignal(QModelIndex index);
+    void rightClickSignal(QModelIndex index, QPoint pos);
+    void agreeButtonClickSignal(QModelIndex index);
+    void refuseButtonClickSignal(QModelIndex index);
+    void avatarDoubleClickSignal(QModelIndex index);
+
+private:
+    friend class FriendRequestViewItemProbe; // the tests' window on the hover state
+
+    void drawZoom(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void drawLeaf(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void drawStatus(QPainter* painter, int status, const QModelIndex& index, const QRect& textRect,
+                    const QRect& firstButton, const QRect& secondButton) const;
+    void drawButton(QPushButton* button, QPainter* painter, const QRect& rect, const QString& text,
+                    bool enabled) const;
+
+    static QRect rowRect(const QStyleOptionViewItem& option);
+    static QRect innerRect(const QRect& row);
+    static QRect firstButtonRect(const QRect& inner);
+    static QRect secondButtonRect(const QRect& firstButton);
+
+    QPoint m_mousePos;
+    QPushButton* m_agreeButton = nullptr;
+    QPushButton* m_refuseButton = nullptr;
+    QPushButton* m_stateButton = nullptr;
+    int m_mouseState = -1;
+};
