@@ -20,6 +20,7 @@
 #include <QDebug>
 #include <QKeySequence>
 #include <QScrollBar>
+#include <QTimer>
 
 namespace {
 // A request may be answered for seven days from its date.
@@ -57,10 +58,22 @@ FriendRequestTreeView::FriendRequestTreeView(QWidget* parent)
     connect(m_model, &FriendRequestModel::expandAllSignal, this, &FriendRequestTreeView::friendRequestViewExpandAll);
     connect(m_model, &FriendRequestModel::friendRequestChangeSignal, this,
             &FriendRequestTreeView::friendRequestChangeSignal);
-    connect(m_viewItem, &FriendRequestViewItem::agreeButtonClickSignal, this, &FriendRequestTreeView::agree);
-    connect(m_viewItem, &FriendRequestViewItem::refuseButtonClickSignal, this, &FriendRequestTreeView::refuse);
-    connect(m_viewItem, &FriendRequestViewItem::avatarClickSignal, this, &FriendRequestTreeView::showPersondetaiils);
-    connect(m_viewItem, &FriendRequestViewItem::rightClickSignal, this, &FriendRequestTreeView::onShowRightClickMenu);
+    // The answers run boxes, menus and dialogs with event loops of their own. They start once the
+    // delegate's mouse event is over: a model change inside them would otherwise leave the view's
+    // own mouse handling with a dead index. Emission order is kept.
+    connect(m_viewItem, &FriendRequestViewItem::agreeButtonClickSignal, this,
+            [this](QModelIndex index) { runLater(&FriendRequestTreeView::agree, index); });
+    connect(m_viewItem, &FriendRequestViewItem::refuseButtonClickSignal, this,
+            [this](QModelIndex index) { runLater(&FriendRequestTreeView::refuse, index); });
+    connect(m_viewItem, &FriendRequestViewItem::avatarClickSignal, this,
+            [this](QModelIndex index) { runLater(&FriendRequestTreeView::showPersondetaiils, index); });
+    connect(m_viewItem, &FriendRequestViewItem::rightClickSignal, this, [this](QModelIndex index, QPoint pos) {
+        const QPersistentModelIndex kept(index);
+        QTimer::singleShot(0, this, [this, kept, pos]() {
+            if (kept.isValid())
+                onShowRightClickMenu(kept, pos);
+        });
+    });
     connect(VyrEngine::NoticeEngine::instance(), &VyrEngine::NoticeEngine::signalFriendRequestErrorNotice, this,
             &FriendRequestTreeView::errorNotice);
 }
@@ -70,6 +83,15 @@ FriendRequestTreeView::~FriendRequestTreeView()
     QAbstractItemModel* proxy = model();
     setModel(nullptr);
     delete proxy;
+}
+
+void FriendRequestTreeView::runLater(void (FriendRequestTreeView::*slot)(QModelIndex), const QModelIndex& index)
+{
+    const QPersistentModelIndex kept(index);
+    QTimer::singleShot(0, this, [this, slot, kept]() {
+        if (kept.isValid())
+            (this->*slot)(kept);
+    });
 }
 
 void FriendRequestTreeView::initUiData()

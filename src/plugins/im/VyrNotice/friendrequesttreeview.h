@@ -45,6 +45,7 @@ private:
     friend class FriendRequestTreeViewProbe; // the tests' window on the private parts
 
     bool isCheckRequestOverdue(VyrEngine::FriendRequestInfo& info);
+    void runLater(void (FriendRequestTreeView::*slot)(QModelIndex), const QModelIndex& index);
     bool passTeenModePassword();
     VyrEngine::FriendRequestInfo answerRecord(const QModelIndex& index, int status) const;
     void trackAnswer(const QString& tabName);
