@@ -51,6 +51,7 @@ TeenModeWidget::TeenModeWidget(QWidget* parent, TeenModeState state)
     setFixedWidth(360);
     auto* hint = new QLabel(tr2("请输入独立密码", "Enter the separate password of the restricted mode"), this);
     hint->setObjectName(QStringLiteral("teenModeHint"));
+    hint->setWordWrap(true);
     m_passwordEdit->setEchoMode(QLineEdit::Password);
     m_errorLabel->setObjectName(QStringLiteral("teenModeError"));
     m_confirmButton->setObjectName(QStringLiteral("teenModeConfirm"));

@@ -1,6 +1,7 @@
 #include "DemoHost.h"
 
 #include "ClassNoticeHost.h"
+#include "FriendRequestPageHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -33,6 +34,7 @@ DemoHost::DemoHost(QObject* parent)
     connect(m_gathered.get(), &GatheredNoticeHost::windowHidden, this, &DemoHost::windowHidden);
     m_classNotices.reset(new ClassNoticeHost(sayLine, m_stacker.get()));
     connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
+    m_friendRequestPage.reset(new FriendRequestPageHost(sayLine));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -44,6 +46,11 @@ DemoHost::~DemoHost() = default;
 void DemoHost::lessonNoticeArrived(VyrEngine::NoticeType type, quint64 lessonId)
 {
     NoticeListModel::instance()->addLessonNotice(type, lessonId);
+}
+
+void DemoHost::openFriendRequestPage()
+{
+    m_friendRequestPage->open();
 }
 
 void DemoHost::friendRequestArrived()

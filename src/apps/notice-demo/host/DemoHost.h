@@ -7,6 +7,7 @@
 #include <memory>
 
 class ClassNoticeHost;
+class FriendRequestPageHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
@@ -53,6 +54,11 @@ public:
     // A gathered window is up or a class notice is open.
     bool anyWindowVisible() const;
 
+    // The friend-request page in its own window, made on first use; what the
+    // friend-request pop-up's click leads to.
+    void openFriendRequestPage();
+    FriendRequestPageHost* friendRequestPage() const { return m_friendRequestPage.get(); }
+
     void printRows();
     void say(const QString& line);
 
@@ -70,4 +76,5 @@ private:
     std::unique_ptr<NoticeStacker> m_stacker;
     std::unique_ptr<GatheredNoticeHost> m_gathered;
     std::unique_ptr<ClassNoticeHost> m_classNotices;
+    std::unique_ptr<FriendRequestPageHost> m_friendRequestPage;
 };

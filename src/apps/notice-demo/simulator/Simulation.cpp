@@ -3,6 +3,9 @@
 #include "ClassNoticeWidget.h"
 #include "CourseEvents.h"
 #include "DemoHost.h"
+#include "FriendRequestActions.h"
+#include "FriendRequestPageHost.h"
+#include "PersonInfoWidget.h"
 #include "KitSeeder.h"
 #include "NoticeListWidget.h"
 #include "NoticeFeeder.h"
@@ -10,6 +13,7 @@
 #include "UserSimulator.h"
 #include "WindowSettler.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QTimer>
@@ -21,12 +25,15 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     , m_player(scenario)
     , m_screenshots(screenshotFolder)
     , m_user(new UserSimulator(host, this))
+    , m_friendRequests(new FriendRequestActions(host, this))
 {
     m_player.setSpeed(speed);
     KitSeeder::registerActions(&m_player);
     CourseEvents::registerActions(&m_player);
     NoticeFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
+    m_friendRequests->registerActions(&m_player);
+    connect(m_friendRequests, &FriendRequestActions::said, m_host, &DemoHost::say);
     registerRunActions();
     connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
     connect(&m_player, &ScenarioPlayer::stepStarted, this, &Simulation::announceStep);
@@ -106,6 +113,15 @@ QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
         const QString name = cards == 1 ? QStringLiteral("ClassNotice") : QStringLiteral("ClassNotice%1").arg(cards);
         windows.append({name, window});
     }
+    // The friend-request page, and what is open over it: a menu, a box or dialog, the person's card.
+    if (QWidget* page = m_host->friendRequestPage()->window())
+        windows.append({QStringLiteral("FriendRequests"), page});
+    if (QWidget* popup = QApplication::activePopupWidget())
+        windows.append({QStringLiteral("Menu"), popup});
+    if (QWidget* modal = QApplication::activeModalWidget())
+        windows.append({QStringLiteral("Box"), modal});
+    if (QWidget* card = PersonInfoWidget::current())
+        windows.append({QStringLiteral("PersonCard"), card});
     return windows;
 }
 

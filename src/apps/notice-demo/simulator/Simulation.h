@@ -7,6 +7,7 @@
 #include <QObject>
 
 class DemoHost;
+class FriendRequestActions;
 class UserSimulator;
 
 // Everything around the host: plays the checked scenario against it, with the
@@ -35,5 +36,6 @@ private:
     ScenarioPlayer m_player;
     ScreenshotTaker m_screenshots;
     UserSimulator* m_user;
+    FriendRequestActions* m_friendRequests;
     bool m_waitingToQuit = false;
 };
