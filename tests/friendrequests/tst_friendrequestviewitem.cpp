@@ -115,6 +115,7 @@ private slots:
     void headerText_data();
     void headerText();
     void leafBackgroundAvatarAndName();
+    void newPictureShowsAtTheNextPaint();
     void longNameIsElided();
     void unknownPersonLeavesABlankRow();
     void statusTable_data();
@@ -369,6 +370,20 @@ void TestFriendRequestViewItem::leafBackgroundAvatarAndName()
     });
     QCOMPARE(P::differingPixels(image, name, kName), 0);
     QVERIFY(P::distance(P::darkest(image, kName), QColor(QStringLiteral("#202020"))) < 40);
+}
+
+// The round cut is kept between paints, but a picture the store changes shows at once, as does the generated one.
+void TestFriendRequestViewItem::newPictureShowsAtTheNextPaint()
+{
+    put(kPeer, AgreedByMe, at(1));
+    const QPoint spot = kAvatar.topLeft() + QPoint(6, 18);
+    QVERIFY(P::isNear(renderLeaf(kPeer), spot, AvatarManager::generatedUserColor(kPeer), 8));
+    AvatarManager::instance().putUserAvatar(kPeer, P::pixmap(QSize(40, 40), Qt::blue));
+    QVERIFY(P::isNear(renderLeaf(kPeer), spot, Qt::blue));
+    AvatarManager::instance().putUserAvatar(kPeer, P::pixmap(QSize(40, 40), Qt::green));
+    QVERIFY(P::isNear(renderLeaf(kPeer), spot, Qt::green));
+    AvatarManager::instance().removeUserAvatar(kPeer);
+    QVERIFY(P::isNear(renderLeaf(kPeer), spot, AvatarManager::generatedUserColor(kPeer), 8));
 }
 
 // A name wider than 250 pixels ends in an ellipsis inside its rectangle.

@@ -2,6 +2,7 @@
 #include "CoreEngine.h"
 #include "PixelProbe.h"
 
+#include <QSignalSpy>
 #include <QtTest>
 
 using namespace VyrEngine;
@@ -21,6 +22,9 @@ private slots:
     void downloadedAvatarReplacesTheGeneratedOne();
     void namedClusterGetsItsInitials();
     void grayAvatarHasNoColour();
+
+    void personAvatarIsGeneratedOncePerPerson();
+    void personAvatarHostSide();
 };
 
 void TestVyrCoreEngine::init()
@@ -104,6 +108,44 @@ void TestVyrCoreEngine::grayAvatarHasNoColour()
     QCOMPARE(grey.green(), grey.blue());
 }
 
+
+// A person without a picture gets a square in a colour of their own, made once and kept.
+void TestVyrCoreEngine::personAvatarIsGeneratedOncePerPerson()
+{
+    auto& avatars = AvatarManager::instance();
+    const QPixmap a = avatars.getUserAvatar(11);
+    const QPixmap b = avatars.getUserAvatar(12);
+    QCOMPARE(a.size(), QSize(AvatarManager::GeneratedSize, AvatarManager::GeneratedSize));
+    QCOMPARE(P::colourAt(a, 1, 1), AvatarManager::generatedUserColor(11));
+    QCOMPARE(P::colourAt(b, 1, 1), AvatarManager::generatedUserColor(12));
+    QVERIFY(AvatarManager::generatedUserColor(11) != AvatarManager::generatedUserColor(12));
+    // A white glyph stands in the middle.
+    QCOMPARE(P::colourAt(a, AvatarManager::GeneratedSize / 2, AvatarManager::GeneratedSize / 2), QColor(Qt::white));
+    QCOMPARE(avatars.getUserAvatar(11).cacheKey(), a.cacheKey());
+    QCOMPARE(avatars.userAvatarLookupCount(), 3);
+    // People and clusters of the same number have pictures of their own.
+    QVERIFY(avatars.getClusterAvatar(ClusterID(11, 0), false).cacheKey() != a.cacheKey());
+}
+
+// The host puts a picture in, names a person for the initials, and takes the picture out again; each signals.
+void TestVyrCoreEngine::personAvatarHostSide()
+{
+    auto& avatars = AvatarManager::instance();
+    QSignalSpy changed(&avatars, &AvatarManager::userAvatarChanged);
+    const QPixmap glyph = avatars.getUserAvatar(5);
+    avatars.putUserAvatar(5, P::pixmap(QSize(10, 10), Qt::red));
+    QCOMPARE(P::colourAt(avatars.getUserAvatar(5), 5, 5), QColor(Qt::red));
+    avatars.removeUserAvatar(5);
+    QCOMPARE(avatars.getUserAvatar(5).cacheKey(), glyph.cacheKey());
+    avatars.setUserAvatarName(5, QStringLiteral("Wang Fang"));
+    const QPixmap initials = avatars.getUserAvatar(5);
+    QVERIFY(initials.cacheKey() != glyph.cacheKey());
+    QCOMPARE(P::colourAt(initials, 1, 1), AvatarManager::generatedUserColor(5));
+    QCOMPARE(changed.count(), 3);
+    QCOMPARE(changed.at(0).at(0).toULongLong(), 5ull);
+    avatars.clear();
+    QCOMPARE(avatars.userAvatarLookupCount(), 0);
+}
 
 QTEST_MAIN(TestVyrCoreEngine)
 #include "tst_vyrcoreengine.moc"

@@ -43,6 +43,9 @@ private slots:
     void roundedPixmapSizeRatioAndCorners();
     void roundedPixmapOfNullSource();
     void roundedPixmapCropsTheCentre();
+    void magicAvatarIsARoundCut();
+    void formatTime_data();
+    void formatTime();
     void closeGrayStyleChangesTheLook();
     void unknownStyleIsRecordedOnly();
     void fontSizeAndWeight();
@@ -316,6 +319,47 @@ void TestVyrUtils::limitString()
 
 
 // The rounded picture holds size times ratio pixels, carries the ratio and has transparent corners.
+// A person's avatar is cut to the inscribed circle at the asked size and ratio; nothing comes of nothing.
+void TestVyrUtils::magicAvatarIsARoundCut()
+{
+    const QPixmap round = ImageOp::magicAvatarSvg(P::pixmap(QSize(80, 40), Qt::blue), QSize(36, 36), 2.0);
+    QCOMPARE(round.size(), QSize(72, 72));
+    QCOMPARE(round.devicePixelRatio(), 2.0);
+    QCOMPARE(P::colourAt(round, 36, 36), QColor(Qt::blue));
+    QCOMPARE(P::colourAt(round, 36, 1), QColor(Qt::blue));
+    // Where a rounded square would still be filled, the circle is not.
+    QCOMPARE(P::colourAt(round, 8, 8).alpha(), 0);
+    QCOMPARE(P::colourAt(round, 63, 63).alpha(), 0);
+    QCOMPARE(P::colourAt(ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(80, 40), Qt::blue), QSizeF(36, 36), 2.0),
+                         8, 8),
+             QColor(Qt::blue));
+    const QPixmap blank = ImageOp::magicAvatarSvg(QPixmap(), QSize(36, 36), 1.0);
+    QCOMPARE(blank.size(), QSize(36, 36));
+    QCOMPARE(P::colourAt(blank, 18, 18).alpha(), 0);
+    QVERIFY(ImageOp::magicAvatarSvg(P::pixmap(QSize(8, 8), Qt::blue), QSize(0, 36), 1.0).isNull());
+}
+
+void TestVyrUtils::formatTime_data()
+{
+    QTest::addColumn<qint64>("secs");
+    QTest::addColumn<bool>("withTime");
+    QTest::addColumn<QString>("text");
+    // These runs are in UTC.
+    QTest::newRow("day") << qint64(1800000000) << false << "2027-01-15";
+    QTest::newRow("day-and-time") << qint64(1800000000) << true << "2027-01-15 08:00";
+    QTest::newRow("last-second-of-a-day") << qint64(1799971199) << false << "2027-01-14";
+    QTest::newRow("epoch") << qint64(0) << false << "1970-01-01";
+}
+
+// The day text of a moment, in local time, with the time on request.
+void TestVyrUtils::formatTime()
+{
+    QFETCH(qint64, secs);
+    QFETCH(bool, withTime);
+    QFETCH(QString, text);
+    QCOMPARE(VyrUtils::formatTime(secs, withTime), text);
+}
+
 void TestVyrUtils::roundedPixmapSizeRatioAndCorners()
 {
     const QPixmap rounded = ImageOp::roundedRectCoursePixmap(P::pixmap(QSize(72, 72), Qt::blue), QSizeF(36, 36), 2.0);

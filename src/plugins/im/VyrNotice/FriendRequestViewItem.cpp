@@ -172,8 +172,7 @@ void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewIt
         return; // someone the contacts engine doesn't know: the row stays blank
 
     QRect avatar(inner.x(), inner.y() + (inner.height() - AvatarSide) / 2, AvatarSide, AvatarSide);
-    const QPixmap picture = AvatarManager::instance().getUserAvatar(user->uid());
-    painter->drawPixmap(avatar, ImageOp::magicAvatarSvg(picture, avatar.size(), painter->device()->devicePixelRatioF()));
+    painter->drawPixmap(avatar, roundAvatar(user->uid(), avatar.size(), painter->device()->devicePixelRatioF()));
     // Name and text measure from a 40-pixel band around the avatar.
     avatar.adjust(0, -2, 0, 2);
 
@@ -190,6 +189,19 @@ void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewIt
 
     painter->setPen(QColor(QStringLiteral("#999999")));
     drawStatus(painter, index.data(StatusRole).toInt(), index, text, first, second);
+}
+
+QPixmap FriendRequestViewItem::roundAvatar(quint64 uid, const QSize& size, qreal ratio) const
+{
+    // The store is asked every time, so a new picture shows at the next paint; only the cut is kept.
+    const QPixmap picture = AvatarManager::instance().getUserAvatar(uid);
+    RoundAvatar& cached = m_roundAvatars[uid];
+    if (cached.pixmap.isNull() || cached.sourceKey != picture.cacheKey() || cached.ratio != ratio) {
+        cached.sourceKey = picture.cacheKey();
+        cached.ratio = ratio;
+        cached.pixmap = ImageOp::magicAvatarSvg(picture, size, ratio);
+    }
+    return cached.pixmap;
 }
 
 void FriendRequestViewItem::drawStatus(QPainter* painter, int status, const QModelIndex& index, const QRect& textRect,

@@ -2,7 +2,9 @@
 
 #include "VyrNoticeExport.h"
 
+#include <QHash>
 #include <QModelIndex>
+#include <QPixmap>
 #include <QPoint>
 #include <QStyledItemDelegate>
 
@@ -58,6 +60,7 @@ private:
     void drawButton(QPushButton* button, QPainter* painter, const QRect& rect, const QString& text,
                     bool enabled) const;
 
+    QPixmap roundAvatar(quint64 uid, const QSize& size, qreal ratio) const;
     static QRect rowRect(const QStyleOptionViewItem& option);
     static QRect innerRect(const QRect& row);
     static QRect firstButtonRect(const QRect& inner);
@@ -68,4 +71,13 @@ private:
     QPushButton* m_refuseButton = nullptr;
     QPushButton* m_stateButton = nullptr;
     int m_mouseState = -1;
+
+    // The round cut of each person's picture, made again when the picture or the ratio changes.
+    struct RoundAvatar
+    {
+        qint64 sourceKey = 0;
+        qreal ratio = 0;
+        QPixmap pixmap;
+    };
+    mutable QHash<quint64, RoundAvatar> m_roundAvatars;
 };
