@@ -16,6 +16,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCursor>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
@@ -252,6 +253,8 @@ QPoint FriendRequestActions::buttonPoint(const QModelIndex& index, bool agree)
 void FriendRequestActions::move(const QPoint& pos)
 {
     QWidget* viewport = list()->viewport();
+    // The person's card opens at the pointer, so the pointer goes where the hand is.
+    QCursor::setPos(viewport->mapToGlobal(pos));
     QMouseEvent event(QEvent::MouseMove, pos, pos, viewport->mapToGlobal(pos), Qt::NoButton, Qt::NoButton,
                       Qt::NoModifier);
     QCoreApplication::sendEvent(viewport, &event);
