@@ -1,4 +1,11 @@
 #include "ImSignalObject.h"
+#include "TeenModeWidget.h"
+#include "VyrSettings.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
 
 #include <QSignalSpy>
 #include <QThread>
@@ -14,6 +21,16 @@ private slots:
     void instanceIsOneObject();
     void signalsCarryTheirArguments();
     void signalsFromAnotherThreadArriveQueued();
+
+    void menuAddContactsCarriesItsArguments();
+    void teenModeRightPasswordCloses_data();
+    void teenModeRightPasswordCloses();
+    void teenModeWrongPasswordStays();
+    void teenModeCancelClosesWithZero();
+    void teenModeTitleOnlyForOtherStates();
+
+private:
+    QTemporaryDir m_settingsDir;
 };
 
 // instance() gives one object, with no parent.
@@ -77,6 +94,83 @@ void TestVyrCommon::signalsFromAnotherThreadArriveQueued()
     QCOMPARE(threads.at(0), QThread::currentThreadId());
     QCOMPARE(threads.at(1), QThread::currentThreadId());
     QCOMPARE(room, RoomTypeLocal);
+}
+
+// The add-contact request reaches the host with both texts.
+void TestVyrCommon::menuAddContactsCarriesItsArguments()
+{
+    QSignalSpy asked(ImSignalObject::instance(), &ImSignalObject::menuAddContacts);
+    emit ImSignalObject::instance()->menuAddContacts(QString(), "from here");
+    QCOMPARE(asked.size(), 1);
+    QCOMPARE(asked.first().at(0).toString(), QString());
+    QCOMPARE(asked.first().at(1).toString(), QString("from here"));
+}
+
+// Only the password set closes the panel with 4, by button or by Return.
+void TestVyrCommon::teenModeRightPasswordCloses_data()
+{
+    QTest::addColumn<bool>("byReturn");
+    QTest::newRow("button") << false;
+    QTest::newRow("return") << true;
+}
+
+void TestVyrCommon::teenModeRightPasswordCloses()
+{
+    QFETCH(bool, byReturn);
+    VyrSettings::setFolder(m_settingsDir.path());
+    TeenModeWidget::setPassword("1234");
+    TeenModeWidget panel(nullptr, TeenModeVerifyPassword);
+    QSignalSpy closed(&panel, &TeenModeWidget::closeWidget);
+    QTest::keyClicks(panel.passwordEdit(), "1234");
+    if (byReturn)
+        QTest::keyClick(panel.passwordEdit(), Qt::Key_Return);
+    else
+        QTest::mouseClick(panel.confirmButton(), Qt::LeftButton);
+    QCOMPARE(closed.size(), 1);
+    QCOMPARE(closed.first().at(0).toInt(), 4);
+    QCOMPARE(panel.passwordEdit()->echoMode(), QLineEdit::Password);
+}
+
+// A wrong password shows an error, clears the field and doesn't close.
+void TestVyrCommon::teenModeWrongPasswordStays()
+{
+    VyrSettings::setFolder(m_settingsDir.path());
+    TeenModeWidget::setPassword("1234");
+    TeenModeWidget panel(nullptr, TeenModeVerifyPassword);
+    QSignalSpy closed(&panel, &TeenModeWidget::closeWidget);
+    QTest::keyClicks(panel.passwordEdit(), "4321");
+    QTest::keyClick(panel.passwordEdit(), Qt::Key_Return);
+    QCOMPARE(closed.size(), 0);
+    QCOMPARE(panel.failedAttempts(), 1);
+    QVERIFY(!panel.errorText().isEmpty());
+    QVERIFY(panel.passwordEdit()->text().isEmpty());
+    QVERIFY(!TeenModeWidget::checkPassword(""));
+}
+
+// Cancel closes with 0.
+void TestVyrCommon::teenModeCancelClosesWithZero()
+{
+    TeenModeWidget panel(nullptr, TeenModeVerifyPassword);
+    QSignalSpy closed(&panel, &TeenModeWidget::closeWidget);
+    QTest::mouseClick(panel.cancelButton(), Qt::LeftButton);
+    QCOMPARE(closed.size(), 1);
+    QCOMPARE(closed.first().at(0).toInt(), 0);
+}
+
+// Verifying leaves the title to the caller; setting a password titles itself once shown.
+void TestVyrCommon::teenModeTitleOnlyForOtherStates()
+{
+    TeenModeWidget verify(nullptr, TeenModeVerifyPassword);
+    QSignalSpy verifyTitle(&verify, &TeenModeWidget::setTitle);
+    verify.show();
+    QCOMPARE(verifyTitle.size(), 0);
+    TeenModeWidget set(nullptr, TeenModeSetPassword);
+    QSignalSpy setTitle(&set, &TeenModeWidget::setTitle);
+    set.show();
+    set.hide();
+    set.show();
+    QCOMPARE(setTitle.size(), 1);
+    QVERIFY(!setTitle.first().at(0).toString().isEmpty());
 }
 
 QTEST_MAIN(TestVyrCommon)

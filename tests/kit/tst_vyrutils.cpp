@@ -87,6 +87,10 @@ private slots:
     void httpTimeoutAbortsOnce();
     void httpRequestFromAWorkerThreadAnswersOnTheGuiThread();
     void httpParamPodKeepsItsOptions();
+    // Restricted-mode settings and message box titles.
+    void teenModeConfigIsOffUntilSet();
+    void messageBoxTitlePerIconAndLanguage_data();
+    void messageBoxTitlePerIconAndLanguage();
 };
 
 void TestVyrUtils::init()
@@ -881,6 +885,45 @@ void TestVyrUtils::httpParamPodKeepsItsOptions()
     CommonPostParamPod none(0, nullptr, false, true);
     QVERIFY(!none.hasContext());
     QVERIFY(none.logResponse());
+// A restricted-mode setting is off until set, each value on its own, and lands in the file.
+void TestVyrUtils::teenModeConfigIsOffUntilSet()
+{
+    QTemporaryDir dir;
+    VyrSettings::setFolder(dir.path());
+    VyrSettings* store = VyrSettings::instance(QString());
+    QVERIFY(!store->isEnabledTeenModeConfig(TeenModeEnabled));
+    store->setTeenModeConfig(TeenModeEnabled, true);
+    QVERIFY(store->isEnabledTeenModeConfig(TeenModeEnabled));
+    QVERIFY(!store->isEnabledTeenModeConfig(TeenModeFriendPassword));
+    QSettings file(store->fileName(), QSettings::IniFormat);
+    QCOMPARE(file.value("TeenModeConfig/4").toBool(), true);
+    store->setTeenModeConfig(TeenModeEnabled, false);
+    QVERIFY(!store->isEnabledTeenModeConfig(TeenModeEnabled));
+}
+
+// A box's title follows its icon and the user's language.
+void TestVyrUtils::messageBoxTitlePerIconAndLanguage_data()
+{
+    QTest::addColumn<int>("icon");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("warning-en") << int(QMessageBox::Warning) << "en_US" << "Warning";
+    QTest::newRow("question-en") << int(QMessageBox::Question) << "en_US" << "Question";
+    QTest::newRow("info-en") << int(QMessageBox::Information) << "en_US" << "Notice";
+    QTest::newRow("warning-zh") << int(QMessageBox::Warning) << "zh_CN" << QString::fromUtf8("警告");
+    QTest::newRow("question-zh") << int(QMessageBox::Question) << "zh_CN" << QString::fromUtf8("询问");
+}
+
+void TestVyrUtils::messageBoxTitlePerIconAndLanguage()
+{
+    QFETCH(int, icon);
+    QFETCH(QString, locale);
+    QFETCH(QString, title);
+    const QLocale before;
+    QLocale::setDefault(QLocale(locale));
+    const QString got = VyrUtils::getMessageBoxTitle(QMessageBox::Icon(icon));
+    QLocale::setDefault(before);
+    QCOMPARE(got, title);
 }
 
 QTEST_MAIN(TestVyrUtils)

@@ -6,8 +6,15 @@
 #include "WaitingSpinnerWidget.h"
 
 #include <QPointer>
+#include "VyrCustomNormalDialog.h"
+#include "VyrMenuEx.h"
+#include "VyrModalAnswerer.h"
+#include "VyrTreeView.h"
+#include "vyrmessagebox"
 
 #include <QAbstractItemModelTester>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QtTest>
 
@@ -80,6 +87,22 @@ private slots:
     void spinnerPassesClicksThroughOrNot();
     void messageStandsAtItsPlaceWithItsSize();
     void messageClosesItselfAfterItsTime();
+    // Modal boxes, menus, dialogs and the answer hook.
+    void answererPressesTheBoxButton_data();
+    void answererPressesTheBoxButton();
+    void answererServesModalsInOrderAndLogsThem();
+    void answererChoosesTheMenuEntry();
+    void answererUnknownEntryClosesTheMenu();
+    void answererTypesIntoTheDialog();
+    void answererHandlerRunsInsideExec();
+    void answererClosesUnansweredWhenAsked();
+    void answererClearDropsAnswersAndLog();
+    void messageBoxLogsAroundExec();
+    void messageBoxDeletesItselfOnClose();
+    void messageBoxClientThemeAndButtons();
+    void dialogTitleAndCenterWidget();
+    void dialogCloseButtonRejects();
+    void treeViewHasNoFrame();
 };
 
 // Move type 2 drags only from the top strip; the signal reports each move.
@@ -429,6 +452,222 @@ void TestVyrWidgets::messageClosesItselfAfterItsTime()
     QTRY_VERIFY(!popup);
     QVERIFY(clock.elapsed() >= 90);
     QVERIFY(SimpleMessagePopup::openPopups().isEmpty());
+namespace {
+// Runs the next modal with the answer hook reset and every box closed if no
+// answer was queued, so a broken answer fails the test instead of hanging it.
+void resetAnswerer()
+{
+    VyrModalAnswerer::instance()->clear();
+    VyrModalAnswerer::instance()->setCloseUnanswered(true);
+}
+
+QStringList infoLines;
+void collectInfo(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtInfoMsg)
+        infoLines.append(text);
+}
+}
+
+// A queued button answer presses exactly that button of the next box.
+void TestVyrWidgets::answererPressesTheBoxButton_data()
+{
+    QTest::addColumn<int>("button");
+    QTest::newRow("yes") << int(QMessageBox::Yes);
+    QTest::newRow("no") << int(QMessageBox::No);
+}
+
+void TestVyrWidgets::answererPressesTheBoxButton()
+{
+    QFETCH(int, button);
+    resetAnswerer();
+    VyrModalAnswerer::instance()->pressButton(QMessageBox::StandardButton(button));
+    const auto answer = ThemeMessageBox<1>::question(nullptr, "Q", "Delete it?", QMessageBox::Yes | QMessageBox::No,
+                                                     QMessageBox::Yes);
+    QCOMPARE(int(answer), button);
+    QCOMPARE(VyrModalAnswerer::instance()->pendingCount(), 0);
+}
+
+// Answers serve the modals in the order queued, and each modal shown is logged.
+void TestVyrWidgets::answererServesModalsInOrderAndLogsThem()
+{
+    resetAnswerer();
+    auto* answerer = VyrModalAnswerer::instance();
+    answerer->pressButton(QMessageBox::Ok);
+    answerer->pressButton(QMessageBox::No);
+    QCOMPARE(answerer->pendingCount(), 2);
+    QCOMPARE(int(ThemeMessageBox<1>::warning(nullptr, "W", "first", QMessageBox::Ok)), int(QMessageBox::Ok));
+    QCOMPARE(int(ThemeMessageBox<1>::question(nullptr, "Q", "second")), int(QMessageBox::No));
+    QCOMPARE(answerer->seen(), QStringList({"box W | first", "box Q | second"}));
+}
+
+// A menu entry is chosen through the real menu: exec() returns its action and it fires.
+void TestVyrWidgets::answererChoosesTheMenuEntry()
+{
+    resetAnswerer();
+    VyrMenuEx menu(false, nullptr);
+    QAction* info = menu.addAction("Details");
+    QAction* remove = menu.addAction("Delete");
+    QSignalSpy removed(remove, &QAction::triggered);
+    QSignalSpy informed(info, &QAction::triggered);
+    VyrModalAnswerer::instance()->chooseMenuEntry("Delete");
+    QCOMPARE(menu.exec(QPoint(10, 10)), remove);
+    QCOMPARE(removed.size(), 1);
+    QCOMPARE(informed.size(), 0);
+    QCOMPARE(VyrModalAnswerer::instance()->seen(), QStringList("menu Details | Delete"));
+}
+
+// An entry the menu doesn't have closes it with nothing chosen.
+void TestVyrWidgets::answererUnknownEntryClosesTheMenu()
+{
+    resetAnswerer();
+    VyrMenuEx menu(true, nullptr);
+    QAction* remove = menu.addAction("Delete");
+    QSignalSpy removed(remove, &QAction::triggered);
+    VyrModalAnswerer::instance()->chooseMenuEntry("Nothing like it");
+    QCOMPARE(menu.exec(QPoint(10, 10)), static_cast<QAction*>(nullptr));
+    QCOMPARE(removed.size(), 0);
+    QVERIFY(menu.withShadow());
+}
+
+// Text goes into the dialog's line edit and Return is pressed there.
+void TestVyrWidgets::answererTypesIntoTheDialog()
+{
+    resetAnswerer();
+    VyrCustomNormalDialog dialog(VyrCustomNormalDialog::TitleWithClose, nullptr);
+    auto* edit = new QLineEdit;
+    QString typed;
+    QObject::connect(edit, &QLineEdit::returnPressed, &dialog, [&]() {
+        typed = edit->text();
+        dialog.accept();
+    });
+    dialog.setCenterWidget(edit, true);
+    VyrModalAnswerer::instance()->enterText("s3cret");
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(typed, QString("s3cret"));
+}
+
+// A handler runs from the event loop while the widget's exec() is running.
+void TestVyrWidgets::answererHandlerRunsInsideExec()
+{
+    resetAnswerer();
+    VyrCustomNormalDialog dialog(VyrCustomNormalDialog::NoTitleBar, nullptr);
+    bool wasVisible = false;
+    VyrModalAnswerer::instance()->answerWith([&](QWidget* modal) {
+        wasVisible = modal == &dialog && modal->isVisible();
+        dialog.done(7);
+    });
+    QCOMPARE(dialog.exec(), 7);
+    QVERIFY(wasVisible);
+}
+
+// With nothing queued and closing asked for, the box is closed (Escape's answer).
+void TestVyrWidgets::answererClosesUnansweredWhenAsked()
+{
+    resetAnswerer();
+    const auto answer = ThemeMessageBox<1>::question(nullptr, "Q", "anyone?", QMessageBox::Yes | QMessageBox::No,
+                                                     QMessageBox::Yes);
+    QVERIFY(answer != QMessageBox::Yes);
+    QCOMPARE(VyrModalAnswerer::instance()->seen().size(), 1);
+}
+
+// clear() drops queued answers and the log of modals seen.
+void TestVyrWidgets::answererClearDropsAnswersAndLog()
+{
+    resetAnswerer();
+    auto* answerer = VyrModalAnswerer::instance();
+    answerer->pressButton(QMessageBox::Ok);
+    ThemeMessageBox<1>::warning(nullptr, "W", "x");
+    answerer->pressButton(QMessageBox::Ok);
+    QCOMPARE(answerer->pendingCount(), 1);
+    answerer->clear();
+    QCOMPARE(answerer->pendingCount(), 0);
+    QVERIFY(answerer->seen().isEmpty());
+}
+
+// The static helpers log title and text at info level in the constructor, before and after exec().
+void TestVyrWidgets::messageBoxLogsAroundExec()
+{
+    resetAnswerer();
+    VyrModalAnswerer::instance()->pressButton(QMessageBox::Ok);
+    infoLines.clear();
+    QtMessageHandler previous = qInstallMessageHandler(collectInfo);
+    ThemeMessageBox<1>::warning(nullptr, "Title A", "Text B", QMessageBox::Ok, QMessageBox::NoButton);
+    qInstallMessageHandler(previous);
+    QCOMPARE(infoLines.size(), 3);
+    for (const QString& line : qAsConst(infoLines)) {
+        QVERIFY2(line.contains("Title A") && line.contains("Text B"), qPrintable(line));
+    }
+    QVERIFY(infoLines.at(1).contains("before exec"));
+    QVERIFY(infoLines.at(2).contains("after exec"));
+}
+
+// The helpers' boxes are made on the heap and go when closed.
+void TestVyrWidgets::messageBoxDeletesItselfOnClose()
+{
+    resetAnswerer();
+    QPointer<QMessageBox> seenBox;
+    VyrModalAnswerer::instance()->answerWith([&](QWidget* modal) {
+        seenBox = qobject_cast<QMessageBox*>(modal);
+        VyrModalAnswerer::pressButtonOn(modal, QMessageBox::Ok);
+    });
+    ThemeMessageBox<1>::warning(nullptr, "W", "gone");
+    // exec() itself deletes a box made to delete on close.
+    QVERIFY(seenBox.isNull());
+    QCOMPARE(VyrModalAnswerer::instance()->seen(), QStringList("box W | gone"));
+}
+
+// Theme 1 is the client's look; icon and buttons are those asked for.
+void TestVyrWidgets::messageBoxClientThemeAndButtons()
+{
+    VyrMessageBox box(nullptr, VyrMessageBox::ClientTheme, "T", "X", QMessageBox::Yes | QMessageBox::No,
+                      QMessageBox::Yes, QSharedPointer<CustomMessageBoxPod>());
+    QCOMPARE(box.theme(), VyrMessageBox::ClientTheme);
+    QVERIFY(!box.styleSheet().isEmpty());
+    QVERIFY(box.button(QMessageBox::Yes));
+    QVERIFY(box.button(QMessageBox::No));
+    QVERIFY(!box.button(QMessageBox::Ok));
+    QCOMPARE(box.defaultButton(), box.button(QMessageBox::Yes));
+    auto pod = QSharedPointer<CustomMessageBoxPod>::create();
+    pod->okText = "Fine";
+    VyrMessageBox custom(nullptr, VyrMessageBox::PlainTheme, "T", "X", QMessageBox::Ok, QMessageBox::NoButton, pod);
+    QCOMPARE(custom.button(QMessageBox::Ok)->text(), QString("Fine"));
+    QVERIFY(custom.styleSheet().isEmpty());
+}
+
+// The dialog shows the title it is given and owns its centre widget.
+void TestVyrWidgets::dialogTitleAndCenterWidget()
+{
+    VyrCustomNormalDialog dialog(VyrCustomNormalDialog::TitleOnly, nullptr);
+    QPointer<QWidget> center = new QWidget;
+    center->setFixedSize(200, 80);
+    dialog.setCenterWidget(center, true);
+    dialog.setTitleText("Enter it");
+    QCOMPARE(dialog.titleText(), QString("Enter it"));
+    QCOMPARE(dialog.windowTitle(), QString("Enter it"));
+    QCOMPARE(dialog.centerWidget(), center.data());
+    QCOMPARE(center->parentWidget(), &dialog);
+    QVERIFY(!dialog.closeButton());
+    QVERIFY(dialog.height() >= 80);
+}
+
+// Type 2's close button rejects the dialog.
+void TestVyrWidgets::dialogCloseButtonRejects()
+{
+    resetAnswerer();
+    VyrCustomNormalDialog dialog(VyrCustomNormalDialog::TitleWithClose, nullptr);
+    QVERIFY(dialog.closeButton());
+    VyrModalAnswerer::instance()->answerWith([&](QWidget*) { dialog.closeButton()->click(); });
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+}
+
+// The tree view is frameless with a transparent viewport, like the list view.
+void TestVyrWidgets::treeViewHasNoFrame()
+{
+    VyrTreeView view;
+    QCOMPARE(view.frameShape(), QFrame::NoFrame);
+    QVERIFY(!view.viewport()->autoFillBackground());
+    QVERIFY(!view.verticalScrollBar()->styleSheet().isEmpty());
 }
 
 QTEST_MAIN(TestVyrWidgets)

@@ -17,6 +17,8 @@
 //   emit ImSignalObject::instance()->signalStartupLocalClassroom(lesson, course, school, name, RoomTypeLocal);
 // The host connects signalViewClusterNoticeDetails to what opens a cluster
 // notice's detail page.
+// menuAddContacts goes the other way: a window asks the host to open its
+// add-contact function, and the host connects to it.
 class ImSignalObject : public QObject
 {
     Q_OBJECT
@@ -32,6 +34,8 @@ signals:
     // A local (offline) classroom is being entered; the ids stand in another order.
     void signalStartupLocalClassroom(qulonglong classId, qulonglong courseId, qulonglong schoolId,
                                      QString courseName, RoomType roomType);
+    // Asks the host to open its add-contact function; `from` names the place it was asked from.
+    void menuAddContacts(const QString& keyword, const QString& from);
 
     // Open the detail page of a cluster notice. `type` says which kind of
     // page (2: a notice of a cluster); `contentId` is the notice's id on the server.

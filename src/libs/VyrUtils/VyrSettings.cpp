@@ -77,3 +77,20 @@ QString VyrSettings::fileName() const
     const QString base = m_name.isEmpty() ? QStringLiteral("VyrSettings") : m_name;
     return QDir(folder()).filePath(base + QStringLiteral(".ini"));
 }
+
+namespace {
+QString teenModeKey(TeenModeConfig config)
+{
+    return QStringLiteral("TeenModeConfig/%1").arg(int(config));
+}
+}
+
+bool VyrSettings::isEnabledTeenModeConfig(TeenModeConfig config) const
+{
+    return getSetting(teenModeKey(config), false).toBool();
+}
+
+void VyrSettings::setTeenModeConfig(TeenModeConfig config, bool on)
+{
+    setSetting(teenModeKey(config), on);
+}

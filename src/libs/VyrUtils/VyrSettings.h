@@ -6,6 +6,16 @@
 #include <map>
 #include <memory>
 
+// Settings of the restricted mode for young users. The values are the
+// client's own.
+enum TeenModeConfig
+{
+    TeenModeTimeLimit = 1,
+    TeenModeFriendPassword = 2, // adding a friend needs the separate password
+    TeenModeContentFilter = 3,
+    TeenModeEnabled = 4,        // the restricted mode itself
+};
+
 // The client's settings: named stores of key and value, each an INI file
 // written through QSettings.
 //
@@ -24,6 +34,9 @@
 //   fileName()             the INI file of one store: "<folder>/<name>.ini",
 //                          "<folder>/VyrSettings.ini" for the empty name
 //   lastWriteFailed()      whether the store's last write failed
+//   setTeenModeConfig(config, on)
+//                          switches one restricted-mode (teen mode) setting
+//                          of the store; kept under "TeenModeConfig/<value>"
 // All on the GUI thread.
 class VyrSettings
 {
@@ -34,6 +47,9 @@ public:
     void setSetting(const QString& key, const QVariant& value);
     // The value of `key`: from memory, else from the file, else `defaultValue`.
     QVariant getSetting(const QString& key, const QVariant& defaultValue = QVariant()) const;
+    // Whether that restricted-mode setting is on; off unless set.
+    bool isEnabledTeenModeConfig(TeenModeConfig config) const;
+    void setTeenModeConfig(TeenModeConfig config, bool on);
 
     // Host side.
     static void setFolder(const QString& path);

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QScreen>
 #include <QUuid>
 #include <QWidget>
@@ -133,4 +134,21 @@ QString VyrUtils::urlSplicing(std::initializer_list<QString> parts)
         joined += QLatin1Char('/') + part.mid(start);
     }
     return joined;
+}
+
+QString VyrUtils::getMessageBoxTitle(QMessageBox::Icon icon)
+{
+    const bool zh = QLocale().language() == QLocale::Chinese;
+    switch (icon) {
+    case QMessageBox::Warning:
+        return zh ? QStringLiteral("警告") : QStringLiteral("Warning");
+    case QMessageBox::Critical:
+        return zh ? QStringLiteral("错误") : QStringLiteral("Error");
+    case QMessageBox::Question:
+        return zh ? QStringLiteral("询问") : QStringLiteral("Question");
+    case QMessageBox::Information:
+    case QMessageBox::NoIcon:
+        break;
+    }
+    return zh ? QStringLiteral("提示") : QStringLiteral("Notice");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QMessageBox>
 #include <QString>
 #include <initializer_list>
 #include <tuple>
@@ -57,6 +58,10 @@ public:
     // The date of `secsSinceEpoch` in local time as the client writes a day,
     // "yyyy-MM-dd"; with `withTime` the time follows, " hh:mm".
     static QString formatTime(qint64 secsSinceEpoch, bool withTime);
+
+    // The title of a message box with this icon, in the user's language
+    // (Chinese when the default locale is Chinese, else English).
+    static QString getMessageBoxTitle(QMessageBox::Icon icon);
 
     // Host side.
     static void setServiceDomain(const QString& domain);

@@ -3,6 +3,7 @@
 #include "ClassNoticeHost.h"
 #include "CourseWorkHost.h"
 #include "SinglePopupHost.h"
+#include "FriendRequestPageHost.h"
 #include "GatheredNoticeHost.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -38,6 +39,8 @@ DemoHost::DemoHost(QObject* parent)
     m_courseWork.reset(new CourseWorkHost(sayLine, m_stacker.get()));
     connect(m_courseWork.get(), &CourseWorkHost::courseWorkNoticeClosed, this, &DemoHost::courseWorkNoticeClosed);
     m_singlePopups.reset(new SinglePopupHost(sayLine, m_stacker.get()));
+    connect(m_singlePopups.get(), &SinglePopupHost::friendRequestPageWanted, this, &DemoHost::openFriendRequestPage);
+    m_friendRequestPage.reset(new FriendRequestPageHost(sayLine));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -49,6 +52,11 @@ DemoHost::~DemoHost() = default;
 void DemoHost::lessonNoticeArrived(VyrEngine::NoticeType type, quint64 lessonId)
 {
     NoticeListModel::instance()->addLessonNotice(type, lessonId);
+}
+
+void DemoHost::openFriendRequestPage()
+{
+    m_friendRequestPage->open();
 }
 
 void DemoHost::friendRequestArrived()

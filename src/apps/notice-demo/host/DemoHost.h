@@ -9,6 +9,7 @@
 class ClassNoticeHost;
 class CourseWorkHost;
 class SinglePopupHost;
+class FriendRequestPageHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
@@ -61,6 +62,11 @@ public:
     // A gathered window is up or a class notice is open.
     bool anyWindowVisible() const;
 
+    // The friend-request page in its own window, made on first use; what the
+    // friend-request pop-up's click leads to.
+    void openFriendRequestPage();
+    FriendRequestPageHost* friendRequestPage() const { return m_friendRequestPage.get(); }
+
     void printRows();
     void say(const QString& line);
 
@@ -81,4 +87,5 @@ private:
     std::unique_ptr<ClassNoticeHost> m_classNotices;
     std::unique_ptr<CourseWorkHost> m_courseWork;
     std::unique_ptr<SinglePopupHost> m_singlePopups;
+    std::unique_ptr<FriendRequestPageHost> m_friendRequestPage;
 };

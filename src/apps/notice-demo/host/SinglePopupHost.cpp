@@ -66,7 +66,10 @@ void SinglePopupHost::friendRequestPopup()
 {
     auto* notice = new FriendRequestNotice();
     connect(notice, &FriendRequestNotice::contentClickSignal, this,
-            [this]() { m_say(QStringLiteral("host: open the friend-request page")); });
+            [this]() {
+                m_say(QStringLiteral("host: open the friend-request page"));
+                emit friendRequestPageWanted();
+            });
     m_stacker->addWindow(notice);
     m_popups.append(notice);
     notice->popNotice();

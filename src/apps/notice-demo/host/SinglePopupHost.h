@@ -30,6 +30,10 @@ public:
     // The windows of this host now on the screen, with a name each, for screenshots.
     QList<QPair<QString, QWidget*>> visibleWindows() const;
 
+signals:
+    // The user clicked the friend-request pop-up: the page should open.
+    void friendRequestPageWanted();
+
 public slots:
     // Stands in for the browser: the address is logged, nothing is started.
     void openUrl(const QUrl& url);

@@ -55,6 +55,12 @@ QString expected(Type type)
         return QStringLiteral("a class notice type (a string)");
     case Type::CardButton:
         return QStringLiteral("a card button (a string)");
+    case Type::MenuEntry:
+        return QStringLiteral("a menu entry (a string)");
+    case Type::BoxButton:
+        return QStringLiteral("a box button (a string)");
+    case Type::HoverTarget:
+        return QStringLiteral("a hover target (a string)");
     case Type::IntegerList:
         return QStringLiteral("a list of integers");
     case Type::Array:
@@ -78,6 +84,9 @@ bool hasType(const QJsonValue& value, Type type)
     case Type::NoticeType:
     case Type::ClassNoticeType:
     case Type::CardButton:
+    case Type::MenuEntry:
+    case Type::BoxButton:
+    case Type::HoverTarget:
         return value.isString();
     case Type::IntegerList: {
         if (!value.isArray())

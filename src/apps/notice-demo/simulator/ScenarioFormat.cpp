@@ -145,6 +145,29 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         {QStringLiteral("clickCertification"), {required("button", Type::String)}},
         {QStringLiteral("friendRequestPopup"), {}},
         {QStringLiteral("clickFriendRequestPopup"), {}},
+        // The friend-request page: the host opens it; the notice engine's side.
+        {QStringLiteral("friendRequestPage"), {}},
+        {QStringLiteral("friendRequestSeed"), {optional("count", Type::Integer, 300), optional("days", Type::Integer, 42)}},
+        {QStringLiteral("friendRequestNew"),
+         {required("peer", Type::Integer), optional("nickname", Type::String, QString()),
+          optional("message", Type::String, QString())}},
+        {QStringLiteral("friendRequestReply"), {required("peer", Type::Integer), optional("agreed", Type::Boolean, true)}},
+        {QStringLiteral("friendRequestOverdue"), {required("peer", Type::Integer)}},
+        {QStringLiteral("friendRequestDelete"), {required("peer", Type::Integer)}},
+        {QStringLiteral("friendRequestError"), {required("text", Type::String)}},
+        {QStringLiteral("friendRequestInitData"), {}},
+        {QStringLiteral("friendRequestTeenMode"),
+         {optional("on", Type::Boolean, true), optional("password", Type::String, QStringLiteral("1234"))}},
+        // The user at the friend-request page.
+        {QStringLiteral("friendRequestAgree"), {optional("row", Type::Integer, 0)}},
+        {QStringLiteral("friendRequestRefuse"), {optional("row", Type::Integer, 0)}},
+        {QStringLiteral("friendRequestRightClick"), {optional("row", Type::Integer, 0), optional("entry", Type::MenuEntry, QString())}},
+        {QStringLiteral("friendRequestMenuEntry"), {required("entry", Type::MenuEntry)}},
+        {QStringLiteral("friendRequestAnswerBox"), {required("button", Type::BoxButton)}},
+        {QStringLiteral("friendRequestPassword"), {required("password", Type::String)}},
+        {QStringLiteral("friendRequestHover"), {optional("row", Type::Integer, 0), optional("on", Type::HoverTarget, QStringLiteral("agree"))}},
+        {QStringLiteral("friendRequestClickPerson"), {optional("row", Type::Integer, 0)}},
+        {QStringLiteral("friendRequestScrollEnd"), {}},
     };
     return actions;
 }
@@ -175,6 +198,12 @@ QString ScenarioFormat::typeName(Type type)
         return QStringLiteral("class notice type");
     case Type::CardButton:
         return QStringLiteral("card button");
+    case Type::MenuEntry:
+        return QStringLiteral("menu entry");
+    case Type::BoxButton:
+        return QStringLiteral("box button");
+    case Type::HoverTarget:
+        return QStringLiteral("hover target");
     case Type::IntegerList:
         return QStringLiteral("integer list");
     case Type::Array:
@@ -194,6 +223,12 @@ QStringList ScenarioFormat::choices(Type type)
         return {QStringLiteral("AheadNotice"), QStringLiteral("PrepareNotice"), QStringLiteral("StartNotice")};
     if (type == Type::CardButton)
         return {QStringLiteral("known"), QStringLiteral("enter"), QStringLiteral("later"), QStringLiteral("close")};
+    if (type == Type::MenuEntry)
+        return {QStringLiteral("details"), QStringLiteral("delete"), QString()};
+    if (type == Type::BoxButton)
+        return {QStringLiteral("Ok"), QStringLiteral("Yes"), QStringLiteral("No")};
+    if (type == Type::HoverTarget)
+        return {QStringLiteral("agree"), QStringLiteral("refuse"), QStringLiteral("row")};
     return {};
 }
 

@@ -20,6 +20,9 @@ public:
         NoticeType,   // a lesson notice type: "LessonAhead", "LessonPrepare", "LessonStart"
         ClassNoticeType, // a class notice's page: "AheadNotice", "PrepareNotice", "StartNotice"
         CardButton,   // a button of the class notice card: "known", "enter", "later", "close"
+        MenuEntry,    // an entry of the friend-request row menu: "details", "delete", or "" for none
+        BoxButton,    // a message box's button: "Ok", "Yes", "No"
+        HoverTarget,  // where on a friend-request row: "agree", "refuse", "row"
         IntegerList,  // a JSON array of integers
         Array,        // a JSON array of objects, each checked against `entry`
     };

@@ -4,6 +4,9 @@
 #include "PopNoticeBaseWidget.h"
 #include "CourseEvents.h"
 #include "DemoHost.h"
+#include "FriendRequestActions.h"
+#include "FriendRequestPageHost.h"
+#include "PersonInfoWidget.h"
 #include "KitSeeder.h"
 #include "NoticeListWidget.h"
 #include "CourseWorkFeeder.h"
@@ -15,6 +18,7 @@
 #include "VyrHttpManager.h"
 #include "WindowSettler.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QHash>
 #include <QJsonDocument>
@@ -27,6 +31,7 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     , m_player(scenario)
     , m_screenshots(screenshotFolder)
     , m_user(new UserSimulator(host, this))
+    , m_friendRequests(new FriendRequestActions(host, this))
 {
     m_player.setSpeed(speed);
     KitSeeder::registerActions(&m_player);
@@ -34,6 +39,8 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     NoticeFeeder::registerActions(&m_player, m_host);
     CourseWorkFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
+    m_friendRequests->registerActions(&m_player);
+    connect(m_friendRequests, &FriendRequestActions::said, m_host, &DemoHost::say);
     registerRunActions();
     // The cluster notice details come from a local server the scenario answers for.
     if (m_server.start())
@@ -123,6 +130,15 @@ QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
     // The single pop-ups, the certification window and the short messages.
     for (const auto& popup : m_host->singlePopups()->visibleWindows())
         windows.append({popup.first, popup.second});
+    // The friend-request page, and what is open over it: a menu, a box or dialog, the person's card.
+    if (QWidget* page = m_host->friendRequestPage()->window())
+        windows.append({QStringLiteral("FriendRequests"), page});
+    if (QWidget* popup = QApplication::activePopupWidget())
+        windows.append({QStringLiteral("Menu"), popup});
+    if (QWidget* modal = QApplication::activeModalWidget())
+        windows.append({QStringLiteral("Box"), modal});
+    if (QWidget* card = PersonInfoWidget::current())
+        windows.append({QStringLiteral("PersonCard"), card});
     return windows;
 }
 

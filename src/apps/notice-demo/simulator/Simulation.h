@@ -8,6 +8,7 @@
 #include <QObject>
 
 class DemoHost;
+class FriendRequestActions;
 class UserSimulator;
 
 // Everything around the host: plays the checked scenario against it, with the
@@ -38,5 +39,6 @@ private:
     ScenarioPlayer m_player;
     ScreenshotTaker m_screenshots;
     UserSimulator* m_user;
+    FriendRequestActions* m_friendRequests;
     bool m_waitingToQuit = false;
 };

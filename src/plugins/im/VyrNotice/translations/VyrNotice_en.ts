@@ -205,6 +205,42 @@
         <source>This notice has been deleted</source>
         <translation>This notice has been deleted</translation>
     </message>
+    <message id="ID_friendrequesttreeview_NewFriend">
+        <source>New Friends</source>
+        <translation>New Friends</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_NewFriendRequest">
+        <source>Friend Requests</source>
+        <translation>Friend Requests</translation>
+    </message>
+    <message id="ID_AddFriends">
+        <source>Add Friends</source>
+        <translation>Add Friends</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_PersonDetail">
+        <source>View Profile</source>
+        <translation>View Profile</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_DeleteMessage">
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_IFDeleteFrindRequest">
+        <source>Delete the friend request from %1?</source>
+        <translation>Delete the friend request from %1?</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_RequestTimeOut">
+        <source>This request has expired: requests can only be answered within 7 days.</source>
+        <translation>This request has expired: requests can only be answered within 7 days.</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_QuerySendFailed">
+        <source>Your answer couldn't be sent. Please try again.</source>
+        <translation>Your answer couldn't be sent. Please try again.</translation>
+    </message>
+    <message id="ID_SettingsWidget_EnterseparatePassword">
+        <source>Enter the Separate Password</source>
+        <translation>Enter the Separate Password</translation>
+    </message>
     <message id="ID_Today">
         <source>Today</source>
         <translation>Today</translation>

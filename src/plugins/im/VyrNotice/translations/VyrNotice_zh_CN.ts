@@ -205,6 +205,42 @@
         <source>This notice has been deleted</source>
         <translation>该通知已被删除</translation>
     </message>
+    <message id="ID_friendrequesttreeview_NewFriend">
+        <source>New Friends</source>
+        <translation>新的好友</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_NewFriendRequest">
+        <source>Friend Requests</source>
+        <translation>好友申请</translation>
+    </message>
+    <message id="ID_AddFriends">
+        <source>Add Friends</source>
+        <translation>添加好友</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_PersonDetail">
+        <source>View Profile</source>
+        <translation>查看资料</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_DeleteMessage">
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_IFDeleteFrindRequest">
+        <source>Delete the friend request from %1?</source>
+        <translation>确定删除%1的好友申请吗？</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_RequestTimeOut">
+        <source>This request has expired: requests can only be answered within 7 days.</source>
+        <translation>该好友申请已过期，好友申请需在7天内处理。</translation>
+    </message>
+    <message id="ID_friendrequesttreeview_QuerySendFailed">
+        <source>Your answer couldn't be sent. Please try again.</source>
+        <translation>发送失败，请重试。</translation>
+    </message>
+    <message id="ID_SettingsWidget_EnterseparatePassword">
+        <source>Enter the Separate Password</source>
+        <translation>输入独立密码</translation>
+    </message>
     <message id="ID_Today">
         <source>Today</source>
         <translation>今天</translation>
