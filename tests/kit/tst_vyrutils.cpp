@@ -885,6 +885,8 @@ void TestVyrUtils::httpParamPodKeepsItsOptions()
     CommonPostParamPod none(0, nullptr, false, true);
     QVERIFY(!none.hasContext());
     QVERIFY(none.logResponse());
+}
+
 // A restricted-mode setting is off until set, each value on its own, and lands in the file.
 void TestVyrUtils::teenModeConfigIsOffUntilSet()
 {

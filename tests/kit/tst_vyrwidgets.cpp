@@ -452,6 +452,8 @@ void TestVyrWidgets::messageClosesItselfAfterItsTime()
     QTRY_VERIFY(!popup);
     QVERIFY(clock.elapsed() >= 90);
     QVERIFY(SimpleMessagePopup::openPopups().isEmpty());
+}
+
 namespace {
 // Runs the next modal with the answer hook reset and every box closed if no
 // answer was queued, so a broken answer fails the test instead of hanging it.
