@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QMetaType>
 #include <QtGlobal>
+#include <vector>
 
 namespace VyrEngine {
 
@@ -31,3 +33,7 @@ private:
 };
 
 } // namespace VyrEngine
+
+// Declared once, beside the record: the contacts engine's signal carries the
+// list and the notice library puts it in variants.
+Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)

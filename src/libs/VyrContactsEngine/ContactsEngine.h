@@ -87,5 +87,5 @@ private:
 } // namespace VyrEngine
 
 // The signals' arguments travel over queued connections.
-Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
+// std::vector<VyrEngine::ClusterID> is declared in ClusterID.h.
 Q_DECLARE_METATYPE(std::vector<quint64>)

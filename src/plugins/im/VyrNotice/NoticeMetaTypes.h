@@ -22,9 +22,8 @@ Q_DECLARE_METATYPE(QSharedPointer<VyrEngine::SnapshotLesson>)
 Q_DECLARE_METATYPE(QSharedPointer<OpaqueCommonPod>)
 // The kind of classroom a lesson is held in.
 Q_DECLARE_METATYPE(RoomType)
-// A cluster's id, and a list of them.
+// A cluster's id; the list of them is declared beside the record, in ClusterID.h.
 Q_DECLARE_METATYPE(VyrEngine::ClusterID)
-Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)
 // VyrEngine::FriendRequestInfo is declared beside the record, in FriendRequestInfo.h.
 
 // VyrEngine::GatherNoticePtr and StudyActivityNoticeWidgetDisplayPod are
