@@ -1,8 +1,11 @@
 #pragma once
 
+#include "OpaqueCommonPod.h"
 #include "RoomType.h"
+#include "SnapshotLesson.h"
 
 #include <QObject>
+#include <QSharedPointer>
 #include <QString>
 
 // The client's hub of application-wide announcements: log-out and the start
@@ -15,6 +18,8 @@
 //   emit ImSignalObject::instance()->signalLogOut();
 //   emit ImSignalObject::instance()->signalStartupClassroom(school, lesson, course, RoomTypeLive, false);
 //   emit ImSignalObject::instance()->signalStartupLocalClassroom(lesson, course, school, name, RoomTypeLocal);
+// The study report request goes the other way: a notice emits it and the host
+// connects to it (directly: its pointer types are declared by the notice library).
 class ImSignalObject : public QObject
 {
     Q_OBJECT
@@ -30,6 +35,10 @@ signals:
     // A local (offline) classroom is being entered; the ids stand in another order.
     void signalStartupLocalClassroom(qulonglong classId, qulonglong courseId, qulonglong schoolId,
                                      QString courseName, RoomType roomType);
+    // The user asked for a lesson's study report. `source` tells where from
+    // (2: a pop-up notice); `extra` is the client's own record, often null.
+    void signalStudyReportClicked(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson, int source,
+                                  QSharedPointer<OpaqueCommonPod> extra);
 
 private:
     explicit ImSignalObject(QObject* parent = nullptr);

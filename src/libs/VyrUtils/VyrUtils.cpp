@@ -128,3 +128,10 @@ QString VyrUtils::urlSplicing(std::initializer_list<QString> parts)
     }
     return joined;
 }
+
+QPixmap VyrUtils::loadFromData(QByteArray data, bool detectFormat)
+{
+    QPixmap pixmap;
+    pixmap.loadFromData(data, detectFormat ? nullptr : "PNG");
+    return pixmap;
+}

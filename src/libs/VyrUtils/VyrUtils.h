@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
+#include <QPixmap>
 #include <QString>
 #include <initializer_list>
 #include <tuple>
@@ -53,6 +55,10 @@ public:
     // empty parts are skipped, the first part's leading and the last part's
     // trailing characters are kept.
     static QString urlSplicing(std::initializer_list<QString> parts);
+    // A picture from downloaded bytes. With `detectFormat` the format is read
+    // from the bytes themselves, whatever the address said; without it only
+    // PNG is tried. Bytes that are no picture give a null pixmap.
+    static QPixmap loadFromData(QByteArray data, bool detectFormat);
 
     // Host side.
     static void setServiceDomain(const QString& domain);
