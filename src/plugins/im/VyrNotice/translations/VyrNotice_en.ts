@@ -111,5 +111,26 @@
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <!-- Study activity, micro-course and study report pop-ups. -->
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Assignment notice</source>
+        <translation>Assignment notice</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Notice">
+        <source>Micro-lecture notice</source>
+        <translation>Micro-lecture notice</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
+        <source>Your micro-lecture did not pass the review. Please revise it and submit it again.</source>
+        <translation>Your micro-lecture did not pass the review. Please revise it and submit it again.</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_ViewDetails">
+        <source>View details</source>
+        <translation>View details</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Later">
+        <source>Later</source>
+        <translation>Later</translation>
+    </message>
 </context>
 </TS>

@@ -111,5 +111,26 @@
         <source>Cancel</source>
         <translation>取消</translation>
     </message>
+    <!-- Study activity, micro-course and study report pop-ups. -->
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Assignment notice</source>
+        <translation>作业通知</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Notice">
+        <source>Micro-lecture notice</source>
+        <translation>微课通知</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
+        <source>Your micro-lecture did not pass the review. Please revise it and submit it again.</source>
+        <translation>你的微课未通过审核，请修改后重新提交</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_ViewDetails">
+        <source>View details</source>
+        <translation>查看详情</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Later">
+        <source>Later</source>
+        <translation>稍后再说</translation>
+    </message>
 </context>
 </TS>
