@@ -14,6 +14,7 @@ private slots:
     void instanceIsOneObject();
     void signalsCarryTheirArguments();
     void signalsFromAnotherThreadArriveQueued();
+    void studyReportRequestCarriesItsArguments();
 };
 
 // instance() gives one object, with no parent.
@@ -77,6 +78,29 @@ void TestVyrCommon::signalsFromAnotherThreadArriveQueued()
     QCOMPARE(threads.at(0), QThread::currentThreadId());
     QCOMPARE(threads.at(1), QThread::currentThreadId());
     QCOMPARE(room, RoomTypeLocal);
+}
+
+// The study report request passes the lesson, the source and the client's record unchanged.
+void TestVyrCommon::studyReportRequestCarriesItsArguments()
+{
+    auto lesson = QSharedPointer<VyrEngine::SnapshotLesson>::create();
+    lesson->lessonId = 42;
+    auto extra = QSharedPointer<OpaqueCommonPod>::create();
+    QSharedPointer<VyrEngine::SnapshotLesson> gotLesson;
+    int gotSource = -1;
+    QSharedPointer<OpaqueCommonPod> gotExtra;
+    QMetaObject::Connection c = connect(ImSignalObject::instance(), &ImSignalObject::signalStudyReportClicked, this,
+                                        [&](const QSharedPointer<VyrEngine::SnapshotLesson>& l, int source,
+                                            QSharedPointer<OpaqueCommonPod> e) {
+                                            gotLesson = l;
+                                            gotSource = source;
+                                            gotExtra = e;
+                                        });
+    emit ImSignalObject::instance()->signalStudyReportClicked(lesson, 2, extra);
+    disconnect(c);
+    QCOMPARE(gotLesson, lesson);
+    QCOMPARE(gotSource, 2);
+    QCOMPARE(gotExtra, extra);
 }
 
 QTEST_MAIN(TestVyrCommon)

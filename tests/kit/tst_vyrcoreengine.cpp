@@ -21,6 +21,7 @@ private slots:
     void downloadedAvatarReplacesTheGeneratedOne();
     void namedClusterGetsItsInitials();
     void grayAvatarHasNoColour();
+    void fileServerPrefixIsTheHosts();
 };
 
 void TestVyrCoreEngine::init()
@@ -104,6 +105,17 @@ void TestVyrCoreEngine::grayAvatarHasNoColour()
     QCOMPARE(grey.green(), grey.blue());
 }
 
+
+// The file server's prefix is empty until the host sets it, then it is what the host set.
+void TestVyrCoreEngine::fileServerPrefixIsTheHosts()
+{
+    auto* core = CoreEngine::instance();
+    core->setFileServerPrefix(QString());
+    QVERIFY(core->fileServerPrefix().isEmpty());
+    core->setFileServerPrefix(QStringLiteral("http://127.0.0.1:8080"));
+    QCOMPARE(core->fileServerPrefix(), QStringLiteral("http://127.0.0.1:8080"));
+    core->setFileServerPrefix(QString());
+}
 
 QTEST_MAIN(TestVyrCoreEngine)
 #include "tst_vyrcoreengine.moc"
