@@ -283,10 +283,13 @@ void TestStudyActivityNotice::deleteSignal()
 void TestStudyActivityNotice::deleteSignalRightAfterConstructionActsOnTheNextTurn()
 {
     m_window = new StudyActivityNoticeWidget(appendix(), display());
+    NoticeClickRecorder recorder(m_window);
     StudyActivityMessagePushManager::instance().deleteActivity(appendix());
     m_window->popNotice();
+    QCOMPARE(recorder.joined(), QString());
     QVERIFY(m_window->isVisible());
     QCoreApplication::processEvents();
+    QCOMPARE(recorder.joined(), QStringLiteral("close"));
     H::runDeferredDeletes();
     QVERIFY(m_window.isNull());
 }
