@@ -179,7 +179,7 @@ void TestMicroCourseNotice::textsAndSize()
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Micro-lecture notice"));
     QCOMPARE(label(m_window, "m_headingLabel")->text(), QStringLiteral("Fractions in five minutes"));
     QCOMPARE(label(m_window, "m_contentLabel")->text(),
-             QStringLiteral("Your micro-lecture did not pass the review. Please revise it and submit it again."));
+             QStringLiteral("Your micro-lecture did not pass the review. Please revise it."));
     QVERIFY(label(m_window, "m_contentLabel")->wordWrap());
     QCOMPARE(label(m_window, "m_iconLabel")->size(), QSize(36, 20));
     QCOMPARE(label(m_window, "m_headingLabel")->height(), 19);
@@ -335,7 +335,7 @@ void TestMicroCourseNotice::trackingPayload()
     const QVariantMap data = clicks.first().second;
     QCOMPARE(data.value("push_scenes").toString(), QStringLiteral("发布微课"));
     QCOMPARE(data.value("push_body").toString(),
-             QStringLiteral("Your micro-lecture did not pass the review. Please revise it and submit it again."));
+             QStringLiteral("Your micro-lecture did not pass the review. Please revise it."));
     QCOMPARE(data.value("push_title").toString(), QStringLiteral("Micro-lecture notice"));
     QCOMPARE(data.value("check_up").toBool(), true);
 }

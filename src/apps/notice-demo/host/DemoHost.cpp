@@ -5,6 +5,7 @@
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
 #include "NoticeStacker.h"
+#include "SinglePopupHost.h"
 #include "VyrTrack.h"
 
 #include <QJsonDocument>
@@ -33,6 +34,7 @@ DemoHost::DemoHost(QObject* parent)
     connect(m_gathered.get(), &GatheredNoticeHost::windowHidden, this, &DemoHost::windowHidden);
     m_classNotices.reset(new ClassNoticeHost(sayLine, m_stacker.get()));
     connect(m_classNotices.get(), &ClassNoticeHost::classNoticeClosed, this, &DemoHost::classNoticeClosed);
+    m_singlePopups.reset(new SinglePopupHost(sayLine, m_stacker.get()));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -101,7 +103,7 @@ NoticeListWidget* DemoHost::window(VyrEngine::NoticeCategory category) const
 
 bool DemoHost::anyWindowVisible() const
 {
-    return m_gathered->anyVisible() || m_classNotices->openCount() > 0;
+    return m_gathered->anyVisible() || m_classNotices->openCount() > 0 || m_singlePopups->openCount() > 0;
 }
 
 void DemoHost::printRows()

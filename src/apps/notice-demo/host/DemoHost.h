@@ -10,6 +10,7 @@ class ClassNoticeHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
+class SinglePopupHost;
 
 // The host program's messaging part, written against the notice library's
 // exported API only, as the client would: takes notices in through the
@@ -50,6 +51,8 @@ public:
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
     // Every window the host shows: the gathered ones and the single pop-ups.
     NoticeStacker* stacker() const { return m_stacker.get(); }
+    // The study activity, micro-course and study report pop-ups.
+    SinglePopupHost* singlePopups() const { return m_singlePopups.get(); }
     // A gathered window is up or a class notice is open.
     bool anyWindowVisible() const;
 
@@ -70,4 +73,5 @@ private:
     std::unique_ptr<NoticeStacker> m_stacker;
     std::unique_ptr<GatheredNoticeHost> m_gathered;
     std::unique_ptr<ClassNoticeHost> m_classNotices;
+    std::unique_ptr<SinglePopupHost> m_singlePopups;
 };

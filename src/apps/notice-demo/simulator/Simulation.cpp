@@ -3,10 +3,13 @@
 #include "ClassNoticeWidget.h"
 #include "CourseEvents.h"
 #include "DemoHost.h"
+#include "DemoHttpServer.h"
 #include "KitSeeder.h"
 #include "NoticeListWidget.h"
 #include "NoticeFeeder.h"
 #include "NoticeStacker.h"
+#include "PopNoticeBaseWidget.h"
+#include "PopupEvents.h"
 #include "UserSimulator.h"
 #include "WindowSettler.h"
 
@@ -21,17 +24,23 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     , m_player(scenario)
     , m_screenshots(screenshotFolder)
     , m_user(new UserSimulator(host, this))
+    , m_fileServer(new DemoHttpServer)
 {
     m_player.setSpeed(speed);
     KitSeeder::registerActions(&m_player);
     CourseEvents::registerActions(&m_player);
     NoticeFeeder::registerActions(&m_player, m_host);
     m_user->registerActions(&m_player);
+    if (!m_fileServer->start())
+        m_host->say(QStringLiteral("file server: could not bind 127.0.0.1; covers will fail"));
+    PopupEvents::registerActions(&m_player, m_host, m_fileServer.get());
     registerRunActions();
     connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
     connect(&m_player, &ScenarioPlayer::stepStarted, this, &Simulation::announceStep);
     connect(&m_player, &ScenarioPlayer::finished, this, &Simulation::onFinished);
 }
+
+Simulation::~Simulation() = default;
 
 bool Simulation::start()
 {
@@ -105,6 +114,16 @@ QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
         ++cards;
         const QString name = cards == 1 ? QStringLiteral("ClassNotice") : QStringLiteral("ClassNotice%1").arg(cards);
         windows.append({name, window});
+    }
+    // The other single pop-ups, named after their class, numbered when one kind shows twice.
+    QMap<QString, int> popups;
+    for (QWidget* window : stacked) {
+        if (qobject_cast<ClassNoticeWidget*>(window) || !qobject_cast<PopNoticeBaseWidget*>(window)
+            || !window->isVisible())
+            continue;
+        const QString kind = QString::fromLatin1(window->metaObject()->className());
+        const int count = ++popups[kind];
+        windows.append({count == 1 ? kind : QStringLiteral("%1%2").arg(kind).arg(count), window});
     }
     return windows;
 }

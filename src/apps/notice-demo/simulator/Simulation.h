@@ -5,8 +5,10 @@
 
 #include <QJsonObject>
 #include <QObject>
+#include <memory>
 
 class DemoHost;
+class DemoHttpServer;
 class UserSimulator;
 
 // Everything around the host: plays the checked scenario against it, with the
@@ -18,6 +20,7 @@ class Simulation : public QObject
 public:
     Simulation(DemoHost* host, const QJsonObject& scenario, const QString& screenshotFolder, double speed,
                QObject* parent = nullptr);
+    ~Simulation() override;
 
     // Seeds the kit and plays the first step on the next turn of the event loop;
     // false, with a line said, when an action of the format has no handler.
@@ -35,5 +38,7 @@ private:
     ScenarioPlayer m_player;
     ScreenshotTaker m_screenshots;
     UserSimulator* m_user;
+    // The file server the micro-lecture covers come from.
+    std::unique_ptr<DemoHttpServer> m_fileServer;
     bool m_waitingToQuit = false;
 };

@@ -121,8 +121,8 @@
         <translation>Micro-lecture notice</translation>
     </message>
     <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
-        <source>Your micro-lecture did not pass the review. Please revise it and submit it again.</source>
-        <translation>Your micro-lecture did not pass the review. Please revise it and submit it again.</translation>
+        <source>Your micro-lecture did not pass the review. Please revise it.</source>
+        <translation>Your micro-lecture did not pass the review. Please revise it.</translation>
     </message>
     <message id="ID_MicroCourseNotice_ViewDetails">
         <source>View details</source>

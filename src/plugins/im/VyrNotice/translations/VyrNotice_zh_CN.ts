@@ -121,7 +121,7 @@
         <translation>微课通知</translation>
     </message>
     <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
-        <source>Your micro-lecture did not pass the review. Please revise it and submit it again.</source>
+        <source>Your micro-lecture did not pass the review. Please revise it.</source>
         <translation>你的微课未通过审核，请修改后重新提交</translation>
     </message>
     <message id="ID_MicroCourseNotice_ViewDetails">
