@@ -124,6 +124,11 @@ bool LocalHttpServer::start()
         return false;
     }
     d->listener = std::thread([this] { d->server.listen_after_bind(); });
+    // Until the listener runs, the library's stop() does nothing and a stop
+    // right after start would wait for that thread forever.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (!d->server.is_running() && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return true;
 }
 
