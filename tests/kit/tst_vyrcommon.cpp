@@ -31,6 +31,7 @@ private slots:
 
 private:
     QTemporaryDir m_settingsDir;
+    void studyReportRequestCarriesItsArguments();
 };
 
 // instance() gives one object, with no parent.
@@ -171,6 +172,29 @@ void TestVyrCommon::teenModeTitleOnlyForOtherStates()
     set.show();
     QCOMPARE(setTitle.size(), 1);
     QVERIFY(!setTitle.first().at(0).toString().isEmpty());
+}
+
+// The study report request passes the lesson, the source and the client's record unchanged.
+void TestVyrCommon::studyReportRequestCarriesItsArguments()
+{
+    auto lesson = QSharedPointer<VyrEngine::SnapshotLesson>::create();
+    lesson->lessonId = 42;
+    auto extra = QSharedPointer<OpaqueCommonPod>::create();
+    QSharedPointer<VyrEngine::SnapshotLesson> gotLesson;
+    int gotSource = -1;
+    QSharedPointer<OpaqueCommonPod> gotExtra;
+    QMetaObject::Connection c = connect(ImSignalObject::instance(), &ImSignalObject::signalStudyReportClicked, this,
+                                        [&](const QSharedPointer<VyrEngine::SnapshotLesson>& l, int source,
+                                            QSharedPointer<OpaqueCommonPod> e) {
+                                            gotLesson = l;
+                                            gotSource = source;
+                                            gotExtra = e;
+                                        });
+    emit ImSignalObject::instance()->signalStudyReportClicked(lesson, 2, extra);
+    disconnect(c);
+    QCOMPARE(gotLesson, lesson);
+    QCOMPARE(gotSource, 2);
+    QCOMPARE(gotExtra, extra);
 }
 
 QTEST_MAIN(TestVyrCommon)

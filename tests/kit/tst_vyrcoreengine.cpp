@@ -25,6 +25,7 @@ private slots:
 
     void personAvatarIsGeneratedOncePerPerson();
     void personAvatarHostSide();
+    void fileServerPrefixIsTheHosts();
 };
 
 void TestVyrCoreEngine::init()
@@ -145,6 +146,17 @@ void TestVyrCoreEngine::personAvatarHostSide()
     QCOMPARE(changed.at(0).at(0).toULongLong(), 5ull);
     avatars.clear();
     QCOMPARE(avatars.userAvatarLookupCount(), 0);
+}
+
+// The file server's prefix is empty until the host sets it, then it is what the host set.
+void TestVyrCoreEngine::fileServerPrefixIsTheHosts()
+{
+    auto* core = CoreEngine::instance();
+    core->setFileServerPrefix(QString());
+    QVERIFY(core->fileServerPrefix().isEmpty());
+    core->setFileServerPrefix(QStringLiteral("http://127.0.0.1:8080"));
+    QCOMPARE(core->fileServerPrefix(), QStringLiteral("http://127.0.0.1:8080"));
+    core->setFileServerPrefix(QString());
 }
 
 QTEST_MAIN(TestVyrCoreEngine)

@@ -6,6 +6,9 @@
 #include "VyrUtils.h"
 #include "VyrUtilsHelper.h"
 #include "VyrSettings.h"
+#include "AppendixDataPod.h"
+#include "FileDownloader.h"
+#include "LocalHttpServer.h"
 #include "LogCapture.h"
 #include "CommonPostParamPod.h"
 #include "LocalHttpServer.h"
@@ -25,6 +28,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QBuffer>
+#include <QNetworkReply>
+#include <QSignalSpy>
 #include <QtTest>
 
 namespace P = PixelProbe;
@@ -91,7 +97,48 @@ private slots:
     void teenModeConfigIsOffUntilSet();
     void messageBoxTitlePerIconAndLanguage_data();
     void messageBoxTitlePerIconAndLanguage();
+    // Downloads and pictures from bytes.
+    void loadFromData_data();
+    void loadFromData();
+    void downloaderFetchesABody();
+    void downloaderAnswersLater();
+    void downloaderReportsHttpErrors_data();
+    void downloaderReportsHttpErrors();
+    void downloaderReportsARefusedConnection();
+    void downloaderRejectsOtherSuffixes_data();
+    void downloaderRejectsOtherSuffixes();
+    void downloaderNewDownloadDropsTheRunningOne();
+    void downloaderAbortReportsCancel();
+    void deletedDownloaderDeliversNothing();
+    void appendixSameActivity_data();
+    void appendixSameActivity();
 };
+
+namespace {
+
+QByteArray pngBytes(const QColor& colour, const QSize& size = QSize(8, 4))
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(colour);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+QByteArray jpegBytes(const QColor& colour)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage image(QSize(8, 8), QImage::Format_RGB32);
+    image.fill(colour);
+    image.save(&buffer, "JPG");
+    return bytes;
+}
+
+} // namespace
 
 void TestVyrUtils::init()
 {
@@ -926,6 +973,250 @@ void TestVyrUtils::messageBoxTitlePerIconAndLanguage()
     const QString got = VyrUtils::getMessageBoxTitle(QMessageBox::Icon(icon));
     QLocale::setDefault(before);
     QCOMPARE(got, title);
+}
+
+// Bytes become a picture: detected by content, or PNG only without detection; no picture gives null.
+void TestVyrUtils::loadFromData_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("detect");
+    QTest::addColumn<bool>("isNull");
+    QTest::newRow("png, detected") << pngBytes(Qt::red) << true << false;
+    QTest::newRow("png, png only") << pngBytes(Qt::red) << false << false;
+    QTest::newRow("jpeg, detected") << jpegBytes(Qt::blue) << true << false;
+    QTest::newRow("jpeg, png only") << jpegBytes(Qt::blue) << false << true;
+    QTest::newRow("html") << QByteArray("<html><body>not found</body></html>") << true << true;
+    QTest::newRow("empty") << QByteArray() << true << true;
+}
+
+void TestVyrUtils::loadFromData()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, detect);
+    QFETCH(bool, isNull);
+    const QPixmap pixmap = VyrUtils::loadFromData(bytes, detect);
+    QCOMPARE(pixmap.isNull(), isNull);
+}
+
+// A GET over real HTTP: the body arrives with finished(), the server saw the path.
+void TestVyrUtils::downloaderFetchesABody()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    const QByteArray png = pngBytes(QColor(10, 200, 30));
+    server.setReply("/covers/a.png", VyrDev::HttpReply::png(png));
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(QStringLiteral("/covers/a.png")));
+    QCOMPARE(downloader.targetUrl(), server.url(QStringLiteral("/covers/a.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(downloader.isRunning());
+    QVERIFY(finished.wait(5000));
+    QCOMPARE(failed.count(), 0);
+    QVERIFY(!downloader.isRunning());
+    QCOMPARE(downloader.downloadedData(), png);
+    QCOMPARE(server.requestCount("/covers/a.png"), 1);
+    QCOMPARE(server.requests().first().method, QByteArray("GET"));
+}
+
+// The answer never comes inside download(), even from a local server.
+void TestVyrUtils::downloaderAnswersLater()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrDev::HttpReply slow = VyrDev::HttpReply::png(pngBytes(Qt::red));
+    slow.delayMs = 300;
+    server.setReply("/slow.png", slow);
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    downloader.setTargetUrl(server.url(QStringLiteral("/slow.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QCOMPARE(finished.count(), 0);
+    QVERIFY(downloader.downloadedData().isEmpty());
+    QVERIFY(finished.wait(5000));
+    QVERIFY(!downloader.downloadedData().isEmpty());
+}
+
+// An HTTP error status ends in error() with the network error code, never finished().
+void TestVyrUtils::downloaderReportsHttpErrors_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("code");
+    QTest::newRow("404") << 404 << int(QNetworkReply::ContentNotFoundError);
+    QTest::newRow("403") << 403 << int(QNetworkReply::ContentAccessDenied);
+    QTest::newRow("500") << 500 << int(QNetworkReply::InternalServerError);
+}
+
+void TestVyrUtils::downloaderReportsHttpErrors()
+{
+    QFETCH(int, status);
+    QFETCH(int, code);
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    server.setReply("/x.png", VyrDev::HttpReply::error(status, "nope"));
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(QStringLiteral("/x.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(failed.wait(5000));
+    QCOMPARE(failed.first().at(0).toInt(), code);
+    QVERIFY(!failed.first().at(1).toString().isEmpty());
+    QCOMPARE(finished.count(), 0);
+    QVERIFY(downloader.downloadedData().isEmpty());
+}
+
+// A stopped server refuses the connection: error() with ConnectionRefusedError.
+void TestVyrUtils::downloaderReportsARefusedConnection()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    const QUrl url = server.url(QStringLiteral("/gone.png"));
+    // One answered request first: the server is surely listening when it is stopped.
+    FileDownloader warmUp(nullptr, {});
+    QSignalSpy warmUpFailed(&warmUp, &FileDownloader::error);
+    warmUp.setTargetUrl(url);
+    warmUp.download(QNetworkRequest::AlwaysNetwork);
+    QVERIFY(warmUpFailed.wait(5000));
+    server.stop();
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(url);
+    downloader.download(QNetworkRequest::AlwaysNetwork);
+    QVERIFY(failed.wait(5000));
+    QCOMPARE(failed.first().at(0).toInt(), int(QNetworkReply::ConnectionRefusedError));
+}
+
+// With accepted suffixes, another suffix fails later without asking the server.
+void TestVyrUtils::downloaderRejectsOtherSuffixes_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("png") << "/a.png" << true;
+    QTest::newRow("PNG, any case") << "/a.PNG" << true;
+    QTest::newRow("exe") << "/a.exe" << false;
+    QTest::newRow("no suffix") << "/a" << false;
+}
+
+void TestVyrUtils::downloaderRejectsOtherSuffixes()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, accepted);
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    server.setDefaultReply(VyrDev::HttpReply::png(pngBytes(Qt::red)));
+    FileDownloader downloader(nullptr, {QStringLiteral("png"), QStringLiteral("jpg")});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(path));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QCOMPARE(failed.count(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count() + failed.count(), 1, 5000);
+    QCOMPARE(finished.count(), accepted ? 1 : 0);
+    QCOMPARE(server.requestCount(), accepted ? 1 : 0);
+    if (!accepted)
+        QCOMPARE(failed.first().at(0).toInt(), int(QNetworkReply::ProtocolInvalidOperationError));
+}
+
+// A second download() drops the first, which reports nothing.
+void TestVyrUtils::downloaderNewDownloadDropsTheRunningOne()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrDev::HttpReply held = VyrDev::HttpReply::png(pngBytes(Qt::red));
+    held.hang = true;
+    server.setReply("/held.png", held);
+    const QByteArray second = pngBytes(Qt::blue);
+    server.setReply("/second.png", VyrDev::HttpReply::png(second));
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(QStringLiteral("/held.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QTRY_COMPARE_WITH_TIMEOUT(server.requestCount("/held.png"), 1, 5000);
+    downloader.setTargetUrl(server.url(QStringLiteral("/second.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(finished.wait(5000));
+    QTest::qWait(50);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(failed.count(), 0);
+    QCOMPARE(downloader.downloadedData(), second);
+    server.stop();
+}
+
+// abort() ends a transfer with OperationCanceledError.
+void TestVyrUtils::downloaderAbortReportsCancel()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrDev::HttpReply held;
+    held.hang = true;
+    server.setReply("/held.png", held);
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(QStringLiteral("/held.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QTRY_COMPARE_WITH_TIMEOUT(server.requestCount("/held.png"), 1, 5000);
+    downloader.abort();
+    QCOMPARE(failed.count(), 1);
+    QCOMPARE(failed.first().at(0).toInt(), int(QNetworkReply::OperationCanceledError));
+    QVERIFY(!downloader.isRunning());
+    server.stop();
+}
+
+// A downloader deleted while its answer is on the way delivers nothing and doesn't crash.
+void TestVyrUtils::deletedDownloaderDeliversNothing()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    VyrDev::HttpReply slow = VyrDev::HttpReply::png(pngBytes(Qt::red));
+    slow.delayMs = 200;
+    server.setReply("/slow.png", slow);
+    QObject owner;
+    auto* downloader = new FileDownloader(&owner, {});
+    int delivered = 0;
+    connect(downloader, &FileDownloader::finished, &owner, [&delivered]() { ++delivered; });
+    connect(downloader, &FileDownloader::error, &owner, [&delivered]() { ++delivered; });
+    downloader->setTargetUrl(server.url(QStringLiteral("/slow.png")));
+    downloader->download(QNetworkRequest::PreferNetwork);
+    QTRY_COMPARE_WITH_TIMEOUT(server.requestCount("/slow.png"), 1, 5000);
+    delete downloader;
+    QTest::qWait(400);
+    QCOMPARE(delivered, 0);
+}
+
+// Two appendix records are one activity when id and type agree; null never is.
+void TestVyrUtils::appendixSameActivity_data()
+{
+    QTest::addColumn<quint64>("otherId");
+    QTest::addColumn<int>("otherType");
+    QTest::addColumn<bool>("isNull");
+    QTest::addColumn<bool>("same");
+    QTest::newRow("same id and type") << quint64(7) << 2 << false << true;
+    QTest::newRow("other id") << quint64(8) << 2 << false << false;
+    QTest::newRow("other type") << quint64(7) << 3 << false << false;
+    QTest::newRow("null") << quint64(7) << 2 << true << false;
+}
+
+void TestVyrUtils::appendixSameActivity()
+{
+    QFETCH(quint64, otherId);
+    QFETCH(int, otherType);
+    QFETCH(bool, isNull);
+    QFETCH(bool, same);
+    AppendixDataPod pod;
+    pod.activityId = 7;
+    pod.activityType = 2;
+    pod.courseData = QSharedPointer<ActivityCourseDataPod>::create();
+    pod.courseData->courseId = 500;
+    QSharedPointer<AppendixDataPod> other;
+    if (!isNull) {
+        other = QSharedPointer<AppendixDataPod>::create();
+        other->activityId = otherId;
+        other->activityType = otherType;
+    }
+    QCOMPARE(pod.isSameActivity(other), same);
 }
 
 QTEST_MAIN(TestVyrUtils)

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "OpaqueCommonPod.h"
 #include "RoomType.h"
+#include "SnapshotLesson.h"
 
 #include <QObject>
+#include <QSharedPointer>
 #include <QString>
 
 // The client's hub of application-wide announcements: log-out and the start
@@ -19,6 +22,8 @@
 // notice's detail page.
 // menuAddContacts goes the other way: a window asks the host to open its
 // add-contact function, and the host connects to it.
+// The study report request goes the other way: a notice emits it and the host
+// connects to it (directly: its pointer types are declared by the notice library).
 class ImSignalObject : public QObject
 {
     Q_OBJECT
@@ -40,6 +45,10 @@ signals:
     // Open the detail page of a cluster notice. `type` says which kind of
     // page (2: a notice of a cluster); `contentId` is the notice's id on the server.
     void signalViewClusterNoticeDetails(int type, quint64 contentId);
+    // The user asked for a lesson's study report. `source` tells where from
+    // (2: a pop-up notice); `extra` is the client's own record, often null.
+    void signalStudyReportClicked(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson, int source,
+                                  QSharedPointer<OpaqueCommonPod> extra);
 
 private:
     explicit ImSignalObject(QObject* parent = nullptr);

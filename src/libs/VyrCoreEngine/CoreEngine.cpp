@@ -31,6 +31,16 @@ quint64 CoreEngine::currentUid() const
     return m_uid;
 }
 
+QString CoreEngine::fileServerPrefix() const
+{
+    return m_fileServerPrefix;
+}
+
+void CoreEngine::setFileServerPrefix(const QString& prefix)
+{
+    m_fileServerPrefix = prefix;
+}
+
 void CoreEngine::setCurrentTime(qint64 secsSinceEpoch)
 {
     m_fixedTime = secsSinceEpoch;

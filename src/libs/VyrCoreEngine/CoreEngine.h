@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QObject>
+#include <QString>
 #include <optional>
 
 namespace VyrEngine {
@@ -13,6 +14,8 @@ namespace VyrEngine {
 //   advanceTime(secs)      move a stopped clock on (or back, if negative)
 //   useSystemClock()       follow the system clock again (the default)
 //   setCurrentUid(uid)     the signed-in user
+//   setFileServerPrefix(p) the file server's base address ("http://host:port"),
+//                          which fileServerPrefix() gives; empty until set
 class CoreEngine : public QObject
 {
     Q_OBJECT
@@ -22,12 +25,15 @@ public:
     qint64 currentTime() const;
     QDateTime currentDateTime() const;
     quint64 currentUid() const;
+    // What goes before a file's path on the file server (covers and the like).
+    QString fileServerPrefix() const;
 
     // Host side.
     void setCurrentTime(qint64 secsSinceEpoch);
     void advanceTime(qint64 secs);
     void useSystemClock();
     void setCurrentUid(quint64 uid);
+    void setFileServerPrefix(const QString& prefix);
 
 private:
     explicit CoreEngine(QObject* parent = nullptr);
@@ -35,6 +41,7 @@ private:
     static CoreEngine* m_pInstance;
     std::optional<qint64> m_fixedTime;
     quint64 m_uid = 0;
+    QString m_fileServerPrefix;
 };
 
 } // namespace VyrEngine

@@ -152,3 +152,10 @@ QString VyrUtils::getMessageBoxTitle(QMessageBox::Icon icon)
     }
     return zh ? QStringLiteral("提示") : QStringLiteral("Notice");
 }
+
+QPixmap VyrUtils::loadFromData(QByteArray data, bool detectFormat)
+{
+    QPixmap pixmap;
+    pixmap.loadFromData(data, detectFormat ? nullptr : "PNG");
+    return pixmap;
+}

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QString>
 #include <initializer_list>
 #include <tuple>
@@ -54,6 +56,10 @@ public:
     // empty parts are skipped, the first part's leading and the last part's
     // trailing characters are kept.
     static QString urlSplicing(std::initializer_list<QString> parts);
+    // A picture from downloaded bytes. With `detectFormat` the format is read
+    // from the bytes themselves, whatever the address said; without it only
+    // PNG is tried. Bytes that are no picture give a null pixmap.
+    static QPixmap loadFromData(QByteArray data, bool detectFormat);
 
     // The date of `secsSinceEpoch` in local time as the client writes a day,
     // "yyyy-MM-dd"; with `withTime` the time follows, " hh:mm".

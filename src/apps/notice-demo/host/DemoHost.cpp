@@ -8,6 +8,7 @@
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
 #include "NoticeStacker.h"
+#include "LearningPopupHost.h"
 #include "VyrTrack.h"
 
 #include <QJsonDocument>
@@ -41,6 +42,7 @@ DemoHost::DemoHost(QObject* parent)
     m_singlePopups.reset(new SinglePopupHost(sayLine, m_stacker.get()));
     connect(m_singlePopups.get(), &SinglePopupHost::friendRequestPageWanted, this, &DemoHost::openFriendRequestPage);
     m_friendRequestPage.reset(new FriendRequestPageHost(sayLine));
+    m_learningPopups.reset(new LearningPopupHost(sayLine, m_stacker.get()));
     connect(model, &NoticeListModel::lessonNoticeUpdated, this, [this]() { say(QStringLiteral("model: lessonNoticeUpdated")); });
     connect(VyrTrack::instance(), &VyrTrack::tracked, this, &DemoHost::onTracked);
     // The windows pick the lesson name's form from the locale they were made in.
@@ -114,7 +116,8 @@ NoticeListWidget* DemoHost::window(VyrEngine::NoticeCategory category) const
 
 bool DemoHost::anyWindowVisible() const
 {
-    return m_gathered->anyVisible() || m_classNotices->openCount() > 0 || m_courseWork->openCount() > 0;
+    return m_gathered->anyVisible() || m_classNotices->openCount() > 0 || m_courseWork->openCount() > 0
+        || m_learningPopups->openCount() > 0;
 }
 
 void DemoHost::printRows()

@@ -13,6 +13,7 @@ class FriendRequestPageHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
 class NoticeStacker;
+class SinglePopupHost;
 
 // The host program's messaging part, written against the notice library's
 // exported API only, as the client would: takes notices in through the
@@ -59,6 +60,8 @@ public:
     NoticeListWidget* window(VyrEngine::NoticeCategory category) const;
     // Every window the host shows: the gathered ones and the single pop-ups.
     NoticeStacker* stacker() const { return m_stacker.get(); }
+    // The study activity, micro-course and study report pop-ups.
+    LearningPopupHost* learningPopups() const { return m_learningPopups.get(); }
     // A gathered window is up or a class notice is open.
     bool anyWindowVisible() const;
 
@@ -88,4 +91,5 @@ private:
     std::unique_ptr<CourseWorkHost> m_courseWork;
     std::unique_ptr<SinglePopupHost> m_singlePopups;
     std::unique_ptr<FriendRequestPageHost> m_friendRequestPage;
+    std::unique_ptr<LearningPopupHost> m_learningPopups;
 };

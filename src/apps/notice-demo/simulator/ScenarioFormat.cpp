@@ -168,6 +168,21 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         {QStringLiteral("friendRequestHover"), {optional("row", Type::Integer, 0), optional("on", Type::HoverTarget, QStringLiteral("agree"))}},
         {QStringLiteral("friendRequestClickPerson"), {optional("row", Type::Integer, 0)}},
         {QStringLiteral("friendRequestScrollEnd"), {}},
+        // The host's single pop-ups of activities, micro-lectures and reports, and the file server's covers.
+        {QStringLiteral("studyActivityPopup"),
+         {required("activityId", Type::Integer), optional("activityType", Type::Integer, 0),
+          optional("courseId", Type::Integer, 0), optional("withCourse", Type::Boolean, true),
+          optional("windowTitle", Type::String, QString()), optional("content", Type::String, QString()),
+          optional("heading", Type::String, QString()), optional("pushScenes", Type::String, QString()),
+          optional("pushBody", Type::String, QString())}},
+        {QStringLiteral("withdrawActivity"),
+         {required("activityId", Type::Integer), optional("activityType", Type::Integer, 0)}},
+        {QStringLiteral("microCoursePopup"),
+         {required("id", Type::Integer), optional("type", Type::Integer, 2), optional("auditStatus", Type::Integer, 4),
+          optional("lectureName", Type::String, QString()), optional("coverUrl", Type::String, QString())}},
+        {QStringLiteral("studyReportPopup"), {required("lessonId", Type::Integer), optional("role", Type::Integer, -1)}},
+        {QStringLiteral("coverServer"),
+         {required("answer", Type::String), optional("delay", Type::Integer, 3000)}},
     };
     return actions;
 }

@@ -4,6 +4,7 @@
 #include "PopNoticeBaseWidget.h"
 #include "CourseEvents.h"
 #include "DemoHost.h"
+#include "DemoHttpServer.h"
 #include "FriendRequestActions.h"
 #include "FriendRequestPageHost.h"
 #include "PersonInfoWidget.h"
@@ -12,6 +13,8 @@
 #include "CourseWorkFeeder.h"
 #include "NoticeFeeder.h"
 #include "NoticeStacker.h"
+#include "PopNoticeBaseWidget.h"
+#include "PopupEvents.h"
 #include "UserSimulator.h"
 #include "SinglePopupFeeder.h"
 #include "SinglePopupHost.h"
@@ -41,15 +44,21 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     m_user->registerActions(&m_player);
     m_friendRequests->registerActions(&m_player);
     connect(m_friendRequests, &FriendRequestActions::said, m_host, &DemoHost::say);
-    registerRunActions();
-    // The cluster notice details come from a local server the scenario answers for.
+    // Covers and cluster notice details come from one local server whose
+    // answers the scenario chooses; starting it points the file server prefix at it.
     if (m_server.start())
         VyrHttpManager::setBaseUrl(m_server.baseUrl());
+    else
+        m_host->say(QStringLiteral("demo server: could not bind 127.0.0.1; covers and notice details will fail"));
+    PopupEvents::registerActions(&m_player, m_host, &m_server);
+    registerRunActions();
     SinglePopupFeeder::registerActions(&m_player, m_host, &m_server);
     connect(m_user, &UserSimulator::said, m_host, &DemoHost::say);
     connect(&m_player, &ScenarioPlayer::stepStarted, this, &Simulation::announceStep);
     connect(&m_player, &ScenarioPlayer::finished, this, &Simulation::onFinished);
 }
+
+Simulation::~Simulation() = default;
 
 bool Simulation::start()
 {

@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 #include <QObject>
+#include <memory>
 
 class DemoHost;
 class FriendRequestActions;
@@ -20,6 +21,7 @@ class Simulation : public QObject
 public:
     Simulation(DemoHost* host, const QJsonObject& scenario, const QString& screenshotFolder, double speed,
                QObject* parent = nullptr);
+    ~Simulation() override;
 
     // Seeds the kit and plays the first step on the next turn of the event loop;
     // false, with a line said, when an action of the format has no handler.
@@ -34,7 +36,8 @@ private:
     void onFinished();
 
     DemoHost* m_host;
-    // Before the player: its actions hold a pointer to the server.
+    // The client's servers: the covers and the cluster notice details. Before
+    // the player: its actions hold a pointer to the server.
     DemoHttpServer m_server;
     ScenarioPlayer m_player;
     ScreenshotTaker m_screenshots;

@@ -77,7 +77,7 @@ void SinglePopupFeeder::registerActions(ScenarioPlayer* player, DemoHost* host, 
             host->say(QStringLiteral("server: gone"));
             return;
         }
-        server->setAnswer(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(),
+        server->setRouteReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(),
                           answerFor(answer, step.value(QStringLiteral("delay")).toInt()));
         host->say(QStringLiteral("server: notice details answer %1").arg(answer));
     });

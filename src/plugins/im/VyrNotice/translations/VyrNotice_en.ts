@@ -120,6 +120,19 @@
         <source>Homework notice</source>
         <translation>Homework notice</translation>
     </message>
+    <!-- Study activity, micro-course and study report pop-ups. -->
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Assignment notice</source>
+        <translation>Assignment notice</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Notice">
+        <source>Micro-lecture notice</source>
+        <translation>Micro-lecture notice</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
+        <source>Your micro-lecture did not pass the review. Please revise it.</source>
+        <translation>Your micro-lecture did not pass the review. Please revise it.</translation>
+    </message>
     <message id="ID_MicroCourseNotice_ViewDetails">
         <source>View details</source>
         <translation>View details</translation>

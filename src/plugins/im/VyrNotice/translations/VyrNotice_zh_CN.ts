@@ -120,6 +120,19 @@
         <source>Homework notice</source>
         <translation>作业通知</translation>
     </message>
+    <!-- Study activity, micro-course and study report pop-ups. -->
+    <message id="ID_HomeworkNotice_TaskNotice">
+        <source>Assignment notice</source>
+        <translation>作业通知</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_Notice">
+        <source>Micro-lecture notice</source>
+        <translation>微课通知</translation>
+    </message>
+    <message id="ID_MicroCourseNotice_YourMicrolectureAuditFailed">
+        <source>Your micro-lecture did not pass the review. Please revise it.</source>
+        <translation>你的微课未通过审核，请修改后重新提交</translation>
+    </message>
     <message id="ID_MicroCourseNotice_ViewDetails">
         <source>View details</source>
         <translation>查看详情</translation>
@@ -284,6 +297,7 @@
     <message id="ID_friendrequest_FriendRequestHasBeenReject">
         <source>Your friend request has been refused</source>
         <translation>对方已拒绝你的好友申请</translation>
+        <translation>稍后再说</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,171 @@
+#include "MicroCourseNoticeWidget.h"
+
+#include "ClassNoticePage_p.h"
+#include "CoreEngine.h"
+#include "FileDownloader.h"
+#include "ImageOp.h"
+#include "VyrUtils.h"
+
+#include <QBoxLayout>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPushButton>
+#include <QSet>
+#include <QToolButton>
+#include <QUrl>
+
+namespace {
+constexpr int kCardWidth = 308;
+constexpr int kCardHeight = 164;
+// A cover is wide, so its label is too.
+constexpr int kCoverWidth = 36;
+constexpr int kCoverHeight = 20;
+// Narrower than the 200 pixels of the other headings.
+constexpr int kHeadingWidth = 180;
+const QString kFallbackCover = QStringLiteral(":/chat/images/chat/cover.svg");
+const QString kScene = QStringLiteral("发布微课");
+} // namespace
+
+MicroCourseNoticeWidget::MicroCourseNoticeWidget(quint64 id, int type, QJsonObject info, QWidget* parent)
+    : PopNoticeBaseWidget(parent)
+    , m_id(id)
+    , m_noticeType(type)
+    , m_lectureInfo(info)
+{
+    initUi();
+    m_downloader = new FileDownloader(this, QSet<QString>());
+    connect(m_downloader, &FileDownloader::finished, this, &MicroCourseNoticeWidget::onDownloadFinished);
+    connect(m_downloader, &FileDownloader::error, this, &MicroCourseNoticeWidget::onDownloadError);
+    updateData();
+}
+
+void MicroCourseNoticeWidget::initUi()
+{
+    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
+                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    setWindowTitle(qtTrId("ID_MicroCourseNotice_Notice", -1));
+
+    m_iconLabel = new QLabel(m_contentWidget);
+    m_iconLabel->setObjectName(QStringLiteral("m_iconLabel"));
+    m_iconLabel->setFixedSize(kCoverWidth, kCoverHeight);
+    auto* iconColumn = new QVBoxLayout();
+    iconColumn->setContentsMargins(0, 16, 0, 0);
+    iconColumn->setSpacing(0);
+    iconColumn->addWidget(m_iconLabel);
+    iconColumn->addStretch();
+
+    m_headingLabel = new QLabel(m_contentWidget);
+    m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
+    m_headingLabel->setFixedHeight(19);
+    applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
+    applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
+
+    m_contentLabel = new QLabel(m_contentWidget);
+    m_contentLabel->setObjectName(QStringLiteral("m_contentLabel"));
+    m_contentLabel->setWordWrap(true);
+    applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
+    applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
+
+    auto* textColumn = new QVBoxLayout();
+    textColumn->setContentsMargins(0, 0, 0, 0);
+    textColumn->setSpacing(0);
+    textColumn->addWidget(m_headingLabel);
+    textColumn->addSpacing(4);
+    textColumn->addWidget(m_contentLabel);
+
+    auto* topRow = new QHBoxLayout();
+    topRow->setContentsMargins(0, 0, 0, 0);
+    topRow->setSpacing(0);
+    topRow->addLayout(iconColumn);
+    topRow->addSpacing(12);
+    topRow->addLayout(textColumn);
+
+    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
+                                                    QStringLiteral("m_viewDetailsBtn"),
+                                                    QStringLiteral("QPushButton_IMButton_Style1"));
+    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
+                                              QStringLiteral("m_laterBtn"),
+                                              QStringLiteral("QPushButton_IMButton_Style4"));
+
+    auto* outer = new QVBoxLayout();
+    ClassNoticePage::setOuterMargins(outer);
+    outer->addLayout(topRow);
+    outer->addSpacing(12);
+    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
+    m_contentWidget->setLayout(outer);
+
+    connect(m_viewDetailsBtn, &QPushButton::clicked, this, &MicroCourseNoticeWidget::onViewDetails);
+    connect(m_laterBtn, &QPushButton::clicked, this, &MicroCourseNoticeWidget::onLater);
+    // Only tracks: the card's own connection closes the window.
+    connect(m_closeBtn, &QToolButton::clicked, this, [this]() { trackClick(false); });
+}
+
+void MicroCourseNoticeWidget::updateData()
+{
+    // One case only: any other type or status leaves nothing to say.
+    if (m_noticeType != 2) {
+        close();
+        return;
+    }
+    // A missing key reads as 0, so it closes too.
+    if (m_lectureInfo.value(QStringLiteral("auditStatus")).toInt() != 4) {
+        close();
+        return;
+    }
+    const QString name = m_lectureInfo.value(QStringLiteral("lectureName")).toString();
+    // Shown as plain text by the label, so no escaping.
+    m_headingLabel->setText(m_headingLabel->fontMetrics().elidedText(name, Qt::ElideRight, kHeadingWidth));
+    m_contentLabel->setText(qtTrId("ID_MicroCourseNotice_YourMicrolectureAuditFailed", -1));
+
+    const QString coverUrl = m_lectureInfo.value(QStringLiteral("coverUrl")).toString();
+    if (coverUrl.isEmpty()) {
+        setAvatarPixmap(QPixmap(kFallbackCover));
+        return;
+    }
+    const QString address = VyrUtils::urlSplicing({VyrEngine::CoreEngine::instance()->fileServerPrefix(), coverUrl});
+    m_downloader->setTargetUrl(QUrl(address));
+    m_downloader->download(QNetworkRequest::PreferNetwork);
+}
+
+void MicroCourseNoticeWidget::setAvatarPixmap(QPixmap pixmap)
+{
+    m_iconLabel->setPixmap(ImageOp::roundedRectCoursePixmap(pixmap, QSizeF(m_iconLabel->size()),
+                                                            VyrUtils::screenDeviceRatio(m_iconLabel)));
+}
+
+void MicroCourseNoticeWidget::onDownloadFinished()
+{
+    setAvatarPixmap(VyrUtils::loadFromData(m_downloader->downloadedData(), true));
+}
+
+void MicroCourseNoticeWidget::onDownloadError(int code, const QString& message)
+{
+    Q_UNUSED(code)
+    Q_UNUSED(message)
+    // Whatever went wrong, the fallback; no retry.
+    setAvatarPixmap(QPixmap(kFallbackCover));
+}
+
+void MicroCourseNoticeWidget::trackClick(bool checkUp)
+{
+    QMap<QString, QVariant> data;
+    data.insert(QStringLiteral("push_body"), m_contentLabel->text());
+    data.insert(QStringLiteral("push_scenes"), kScene);
+    data.insert(QStringLiteral("check_up"), checkUp);
+    trackClickPushMessage(data);
+}
+
+void MicroCourseNoticeWidget::onViewDetails()
+{
+    // Intended: act first, track after; closing only schedules the deletion.
+    emit signalSeeDetails();
+    close();
+    trackClick(true);
+}
+
+void MicroCourseNoticeWidget::onLater()
+{
+    // Intended: close first, track after, as the homework notice does.
+    close();
+    trackClick(false);
+}

@@ -1,0 +1,158 @@
+#include "StudyActivityNoticeWidget.h"
+
+#include "ClassNoticePage_p.h"
+#include "ContactsEngine.h"
+#include "CoreEngine.h"
+#include "NameSpan_p.h"
+#include "StudyActivityMessagePushManager.h"
+
+#include <QBoxLayout>
+#include <QDebug>
+#include <QLocale>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <algorithm>
+
+namespace {
+constexpr int kCardWidth = 308;
+constexpr int kCardHeight = 164;
+} // namespace
+
+StudyActivityNoticeWidget::StudyActivityNoticeWidget(QSharedPointer<AppendixDataPod> pod,
+                                                     QSharedPointer<StudyActivityNoticeWidgetDisplayPod> displayPod,
+                                                     QWidget* parent)
+    : PopNoticeBaseWidget(parent)
+    , m_appendix(pod)
+    , m_displayPod(displayPod)
+{
+    qInfo() << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
+    initUi();
+    updateData();
+
+    // Queued: a signal emitted while the window is built acts after the constructor.
+    connect(&StudyActivityMessagePushManager::instance(),
+            &StudyActivityMessagePushManager::signalActivityDeleteNoticeSingal, this,
+            &StudyActivityNoticeWidget::onActivityDeleted, Qt::QueuedConnection);
+    connect(VyrEngine::ContactsEngine::instance(), &VyrEngine::ContactsEngine::signalDelCluster, this,
+            &StudyActivityNoticeWidget::onClustersDeleted, Qt::QueuedConnection);
+    connect(VyrEngine::ContactsEngine::instance(), &VyrEngine::ContactsEngine::updateUserInfo, this,
+            &StudyActivityNoticeWidget::onUsersChanged, Qt::QueuedConnection);
+}
+
+void StudyActivityNoticeWidget::initUi()
+{
+    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
+                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    // Shown only when the display record's texts are empty: updateData replaces both.
+    setWindowTitle(qtTrId("ID_HomeworkNotice_TaskNotice", -1));
+
+    QBoxLayout* topRow =
+        ClassNoticePage::buildTopRow(m_contentWidget, this, qtTrId("ID_HomeworkNotice_TaskNotice", -1),
+                                     &m_iconLabel, &m_headingLabel, &m_contentBrowser);
+    m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
+                               .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
+
+    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
+                                                    QStringLiteral("m_viewDetailsBtn"),
+                                                    QStringLiteral("QPushButton_IMButton_Style1"));
+    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
+                                              QStringLiteral("m_laterBtn"),
+                                              QStringLiteral("QPushButton_IMButton_Style4"));
+
+    auto* outer = new QVBoxLayout();
+    ClassNoticePage::setOuterMargins(outer);
+    outer->addLayout(topRow);
+    outer->addSpacing(12);
+    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
+    m_contentWidget->setLayout(outer);
+    // Intended: the constructor's line is written a second time, so each window logs it twice.
+    qInfo() << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
+
+    connect(m_viewDetailsBtn, &QPushButton::clicked, this, &StudyActivityNoticeWidget::onViewDetails);
+    connect(m_laterBtn, &QPushButton::clicked, this, &StudyActivityNoticeWidget::onLater);
+    // Only tracks: the card's own connection closes the window.
+    connect(m_closeBtn, &QToolButton::clicked, this, [this]() { trackClick(false); });
+}
+
+void StudyActivityNoticeWidget::updateData()
+{
+    // The host must pass both records; without them there is nothing to show.
+    if (!m_displayPod)
+        return;
+    setWindowTitle(m_displayPod->windowTitleText);
+    ClassNoticePage::setHeading(m_headingLabel, m_displayPod->headingText);
+    if (hasCourse())
+        ClassNoticePage::loadCover(m_iconLabel, this, m_appendix->courseData->courseId, false);
+    // Intended: built like the other notices' spans and left unused; the host's text is final.
+    const QString titleSpan = NameSpan::quoted(QStringLiteral("%1"), NameSpan::isChina(locale()));
+    const QString userSpan = NameSpan::plain(QStringLiteral("%1"));
+    const QString paddedSpan = NameSpan::padded(QStringLiteral("%1"));
+    Q_UNUSED(titleSpan)
+    Q_UNUSED(userSpan)
+    Q_UNUSED(paddedSpan)
+    // The host's rich text, as it comes: no escaping here.
+    m_contentBrowser->setText(m_displayPod->contentText);
+}
+
+bool StudyActivityNoticeWidget::isSameActivity(QSharedPointer<AppendixDataPod> other)
+{
+    if (!m_appendix)
+        return false;
+    return m_appendix->isSameActivity(other);
+}
+
+bool StudyActivityNoticeWidget::hasCourse() const
+{
+    return m_appendix && m_appendix->courseData;
+}
+
+void StudyActivityNoticeWidget::trackClick(bool checkUp)
+{
+    QMap<QString, QVariant> data;
+    data.insert(QStringLiteral("push_body"), m_displayPod ? m_displayPod->pushBody : QString());
+    data.insert(QStringLiteral("push_scenes"), m_displayPod ? m_displayPod->pushScenes : QString());
+    data.insert(QStringLiteral("check_up"), checkUp);
+    trackClickPushMessage(data);
+}
+
+void StudyActivityNoticeWidget::onViewDetails()
+{
+    // Intended: without the activity's course the button does nothing at all.
+    if (!hasCourse())
+        return;
+    trackClick(true);
+    emit signalSeeDetails(m_appendix);
+    close();
+}
+
+void StudyActivityNoticeWidget::onLater()
+{
+    trackClick(false);
+    close();
+}
+
+void StudyActivityNoticeWidget::onActivityDeleted(QSharedPointer<AppendixDataPod> pod)
+{
+    if (isSameActivity(pod))
+        close();
+}
+
+void StudyActivityNoticeWidget::onClustersDeleted(const std::vector<VyrEngine::ClusterID>& ids)
+{
+    if (!hasCourse())
+        return;
+    const quint64 courseId = m_appendix->courseData->courseId;
+    const bool hit = std::any_of(ids.begin(), ids.end(),
+                                 [courseId](const VyrEngine::ClusterID& id) { return id.id() == courseId; });
+    if (hit)
+        close();
+}
+
+void StudyActivityNoticeWidget::onUsersChanged(const std::vector<quint64>& uids)
+{
+    const quint64 uid = VyrEngine::CoreEngine::instance()->currentUid();
+    if (std::find(uids.begin(), uids.end(), uid) != uids.end())
+        updateData();
+}

@@ -1,0 +1,219 @@
+#include "StudyReportNoticeWidget.h"
+
+#include "ClassNoticePage_p.h"
+#include "ContactsEngine.h"
+#include "CourseEngine.h"
+#include "FutureObserver_p.h"
+#include "ImSignalObject.h"
+#include "Model.h"
+#include "NameSpan_p.h"
+#include "OpaqueCommonPod.h"
+
+#include <QBoxLayout>
+#include <QDebug>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTextDocument>
+#include <QToolButton>
+
+namespace {
+constexpr int kCardWidth = 308;
+constexpr int kCardHeight = 164;
+constexpr int kIconSize = 36;
+const QString kLearningScene = QStringLiteral("发布学习报告");
+const QString kTeachingScene = QStringLiteral("发布教学报告");
+// Course type whose name may stand for a missing cluster.
+constexpr qint16 kNamedCourseType = 3;
+} // namespace
+
+StudyReportNoticeWidget::StudyReportNoticeWidget(QSharedPointer<VyrEngine::SnapshotLesson> lesson, QWidget* parent)
+    : PopNoticeBaseWidget(parent)
+    , m_lesson(lesson)
+{
+    initUi();
+    updateData();
+}
+
+bool StudyReportNoticeWidget::isLearner() const
+{
+    return m_lesson && m_lesson->role == 1;
+}
+
+void StudyReportNoticeWidget::initUi()
+{
+    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
+                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    setWindowTitle(qtTrId("ID_StudyReportNotice_LearningReport", -1));
+
+    m_iconLabel = new QLabel(m_contentWidget);
+    m_iconLabel->setObjectName(QStringLiteral("m_iconLabel"));
+    m_iconLabel->setFixedSize(kIconSize, kIconSize);
+    m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
+                               .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
+    auto* iconColumn = new QVBoxLayout();
+    iconColumn->setContentsMargins(0, 0, 0, 0);
+    iconColumn->setSpacing(0);
+    iconColumn->addWidget(m_iconLabel);
+    iconColumn->addStretch();
+
+    m_headingLabel = new QLabel(m_contentWidget);
+    m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
+    m_headingLabel->setFixedHeight(19);
+    m_headingLabel->setText(isLearner() ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
+                                        : qtTrId("ID_StudyReportNotice_TeachingReport", -1));
+    applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
+    applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
+    if (!isLearner())
+        setWindowTitle(qtTrId("ID_StudyReportNotice_TeachingReport", -1));
+
+    m_contentLabel = new QLabel(m_contentWidget);
+    m_contentLabel->setObjectName(QStringLiteral("m_contentLabel"));
+    m_contentLabel->setWordWrap(true);
+    m_contentLabel->setAlignment(Qt::AlignTop);
+    applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
+    applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
+
+    auto* textColumn = new QVBoxLayout();
+    textColumn->setContentsMargins(0, 0, 0, 0);
+    textColumn->setSpacing(0);
+    textColumn->addWidget(m_headingLabel);
+    textColumn->addSpacing(4);
+    textColumn->addWidget(m_contentLabel);
+
+    auto* topRow = new QHBoxLayout();
+    topRow->setContentsMargins(0, 0, 0, 0);
+    topRow->setSpacing(0);
+    topRow->addLayout(iconColumn);
+    topRow->addSpacing(12);
+    topRow->addLayout(textColumn);
+
+    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
+                                                    QStringLiteral("m_viewDetailsBtn"),
+                                                    QStringLiteral("QPushButton_IMButton_Style1"));
+    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
+                                              QStringLiteral("m_laterBtn"),
+                                              QStringLiteral("QPushButton_IMButton_Style4"));
+
+    auto* outer = new QVBoxLayout();
+    ClassNoticePage::setOuterMargins(outer);
+    outer->addLayout(topRow);
+    outer->addSpacing(12);
+    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
+    m_contentWidget->setLayout(outer);
+
+    connect(m_viewDetailsBtn, &QPushButton::clicked, this, &StudyReportNoticeWidget::onViewDetails);
+    connect(m_laterBtn, &QPushButton::clicked, this, &StudyReportNoticeWidget::onLater);
+    // Only tracks: the card's own connection closes the window.
+    connect(m_closeBtn, &QToolButton::clicked, this, [this]() { trackClick(false, false); });
+}
+
+QString StudyReportNoticeWidget::clusterName() const
+{
+    auto* contacts = VyrEngine::ContactsEngine::instance();
+    std::shared_ptr<VyrEngine::ClusterInfo> cluster =
+        contacts->clusterInfoById(VyrEngine::ClusterID(m_lesson->courseId, 0), false);
+    if (!cluster && !Model::getInstance().isNull()) {
+        const QPointer<Model> model = Model::getInstance();
+        cluster = contacts->clusterInfoById(
+            contacts->clusterIdForClassroom(model->getCourseId(), model->getClassroomId()), false);
+    }
+    return cluster ? cluster->name() : QString();
+}
+
+bool StudyReportNoticeWidget::mayUseCourseName() const
+{
+    auto* engine = VyrEngine::CourseEngine::instance();
+    if (engine->isKnownLessonKind(m_lesson->lessonId))
+        return true;
+    if (m_lesson->courseType == kNamedCourseType)
+        return true;
+    const QSharedPointer<VyrEngine::CourseRecord> course = engine->courseRecord(m_lesson->courseId);
+    return course && course->courseType == kNamedCourseType;
+}
+
+void StudyReportNoticeWidget::updateData()
+{
+    // Intended: the misspelling is what the client has always shown.
+    QString name = QStringLiteral("Unkown");
+    if (m_lesson) {
+        const QString cluster = clusterName();
+        if (!cluster.isNull()) {
+            name = cluster;
+        } else if (mayUseCourseName()) {
+            // Polled, not waited for: a future still running keeps the placeholder, silently.
+            const VyrEngine::CourseEngine::LessonInfoFuture course =
+                VyrEngine::CourseEngine::instance()->courseInfoFuture(m_lesson);
+            if (course.isFinished() && course.resultCount() > 0 && course.resultAt(0))
+                name = course.resultAt(0)->name;
+        } else {
+            qInfo() << "oops, failed to get cluster name" << m_lesson->courseId;
+        }
+    }
+    ClassNoticePage::setHeading(m_headingLabel, name);
+
+    if (!m_lesson) {
+        close();
+        return;
+    }
+    if (isLearner()) {
+        m_textTemplate = qtTrId("ID_StudyReportNotice_GoodJobInLesson", -1);
+        m_pushScenes = kLearningScene;
+    } else {
+        m_textTemplate = qtTrId("ID_StudyReportNotice_TeachingReportOK", -1);
+        m_pushScenes = kTeachingScene;
+    }
+    const quint64 courseId = m_lesson->courseId;
+    observeFuture(this,
+                  VyrEngine::CourseEngine::instance()->lessonInfoFuture(m_lesson->schoolId, courseId,
+                                                                        m_lesson->lessonId),
+                  [this, courseId](const QSharedPointer<VyrEngine::LessonInfo>& info) {
+                      ClassNoticePage::loadCover(m_iconLabel, this, courseId, false);
+                      applyLessonInfo(info ? info->name : QString());
+                  });
+}
+
+void StudyReportNoticeWidget::applyLessonInfo(const QString& lessonName)
+{
+    const QString markup = NameSpan::elidedEscaped(lessonName, QFontMetrics(m_contentLabel->font()));
+    // Intended: one span for every country, unlike the other notices.
+    m_contentLabel->setText(m_textTemplate.arg(NameSpan::padded(markup)));
+}
+
+QString StudyReportNoticeWidget::toPlainText(const QString& html)
+{
+    QTextDocument document;
+    document.setHtml(html);
+    return document.toPlainText();
+}
+
+void StudyReportNoticeWidget::trackClick(bool checkUp, bool withTitle)
+{
+    QMap<QString, QVariant> data;
+    // Intended: put in empty and replaced by the tracking with the title.
+    if (withTitle)
+        data.insert(QStringLiteral("push_title"), QString());
+    data.insert(QStringLiteral("push_body"), toPlainText(m_contentLabel->text()));
+    data.insert(QStringLiteral("push_scenes"), m_pushScenes.isEmpty() ? kLearningScene : m_pushScenes);
+    data.insert(QStringLiteral("check_up"), checkUp);
+    trackClickPushMessage(data);
+}
+
+void StudyReportNoticeWidget::onViewDetails()
+{
+    if (!m_lesson) {
+        qDebug() << "lesson is null";
+        close();
+        return;
+    }
+    trackClick(true, true);
+    emit ImSignalObject::instance()->signalStudyReportClicked(m_lesson, 2, QSharedPointer<OpaqueCommonPod>());
+    close();
+}
+
+void StudyReportNoticeWidget::onLater()
+{
+    trackClick(false, false);
+    close();
+}
