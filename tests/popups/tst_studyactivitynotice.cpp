@@ -361,7 +361,7 @@ void TestStudyActivityNotice::userChangeRefills()
 void TestStudyActivityNotice::nullDisplayRecordIsQuiet()
 {
     open(appendix(), {});
-    QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Assignment notice"));
+    QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Homework notice"));
     QVERIFY(child<QTextBrowser>(m_window, "m_contentBrowser")->toPlainText().isEmpty());
     child<QPushButton>(m_window, "m_viewDetailsBtn")->click();
     const QList<VyrTrack::Event> clicks = KitFixture::trackedEvents(QStringLiteral("PushClick"));
@@ -375,7 +375,7 @@ void TestStudyActivityNotice::chineseButtons()
     QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
     open(appendix());
     QCOMPARE(child<QPushButton>(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("查看详情"));
-    QCOMPARE(child<QPushButton>(m_window, "m_laterBtn")->text(), QStringLiteral("稍后再说"));
+    QCOMPARE(child<QPushButton>(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
 

@@ -12,8 +12,8 @@ class SinglePopupHost;
 class FriendRequestPageHost;
 class GatheredNoticeHost;
 class NoticeListWidget;
+class LearningPopupHost;
 class NoticeStacker;
-class SinglePopupHost;
 
 // The host program's messaging part, written against the notice library's
 // exported API only, as the client would: takes notices in through the

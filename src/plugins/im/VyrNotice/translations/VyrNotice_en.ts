@@ -121,10 +121,6 @@
         <translation>Homework notice</translation>
     </message>
     <!-- Study activity, micro-course and study report pop-ups. -->
-    <message id="ID_HomeworkNotice_TaskNotice">
-        <source>Assignment notice</source>
-        <translation>Assignment notice</translation>
-    </message>
     <message id="ID_MicroCourseNotice_Notice">
         <source>Micro-lecture notice</source>
         <translation>Micro-lecture notice</translation>

@@ -121,10 +121,6 @@
         <translation>作业通知</translation>
     </message>
     <!-- Study activity, micro-course and study report pop-ups. -->
-    <message id="ID_HomeworkNotice_TaskNotice">
-        <source>Assignment notice</source>
-        <translation>作业通知</translation>
-    </message>
     <message id="ID_MicroCourseNotice_Notice">
         <source>Micro-lecture notice</source>
         <translation>微课通知</translation>
