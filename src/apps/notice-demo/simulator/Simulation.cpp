@@ -24,6 +24,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QHash>
+#include <QSet>
 #include <QJsonDocument>
 #include <QTimer>
 
@@ -148,7 +149,21 @@ QList<ScreenshotTaker::NamedWindow> Simulation::windowsToShoot() const
         windows.append({QStringLiteral("Box"), modal});
     if (QWidget* card = PersonInfoWidget::current())
         windows.append({QStringLiteral("PersonCard"), card});
-    return windows;
+    return withoutRepeats(windows);
+}
+
+// A window found by two of the searches above is shot once, under its first name.
+QList<ScreenshotTaker::NamedWindow> Simulation::withoutRepeats(const QList<ScreenshotTaker::NamedWindow>& windows)
+{
+    QList<ScreenshotTaker::NamedWindow> once;
+    QSet<QWidget*> seen;
+    for (const ScreenshotTaker::NamedWindow& window : windows) {
+        if (!seen.contains(window.second)) {
+            seen.insert(window.second);
+            once.append(window);
+        }
+    }
+    return once;
 }
 
 void Simulation::quitWhenHidden(const QJsonObject& step)

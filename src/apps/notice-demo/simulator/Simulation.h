@@ -32,6 +32,7 @@ private:
     void announceStep(int index, const QJsonObject& step);
     void screenshot(const QJsonObject& step);
     QList<ScreenshotTaker::NamedWindow> windowsToShoot() const;
+    static QList<ScreenshotTaker::NamedWindow> withoutRepeats(const QList<ScreenshotTaker::NamedWindow>& windows);
     void quitWhenHidden(const QJsonObject& step);
     void onFinished();
 
