@@ -49,6 +49,27 @@ QHash<QString, QString> readTs(const QString& path)
     return out;
 }
 
+// Every message id of one .ts file, in file order, repeats included; empty
+// with an error string when the file isn't well-formed XML.
+QStringList readIds(const QString& path, QString* error)
+{
+    QStringList ids;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = file.errorString();
+        return ids;
+    }
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isStartElement() && xml.name() == QLatin1String("message"))
+            ids << xml.attributes().value(QLatin1String("id")).toString();
+    }
+    if (xml.hasError())
+        *error = xml.errorString();
+    return ids;
+}
+
 QStringList placeholders(const QString& text)
 {
     QStringList found;
@@ -71,6 +92,8 @@ private slots:
     void everyKeyInCodeIsTranslated_data();
     void everyKeyInCodeIsTranslated();
     void placeholdersAgreeBetweenLanguages();
+    void eachKeyOnceAndWellFormed_data();
+    void eachKeyOnceAndWellFormed();
     void compiledTranslationsLoad_data();
     void compiledTranslationsLoad();
 };
@@ -110,6 +133,29 @@ void TestTranslations::placeholdersAgreeBetweenLanguages()
     QCOMPARE(placeholders(en.value("ID_LMSClassAheadNotice_LessonWillStartAfter")), (QStringList{"%1", "%2"}));
     QCOMPARE(placeholders(en.value("ID_ClassAheadNotice_LessonWillStartAfterOneHour")), (QStringList{"%1", "%2"}));
     QCOMPARE(placeholders(en.value("ID_LMS_ClassStartNotice_LessonStart")), (QStringList{"%1"}));
+}
+
+void TestTranslations::eachKeyOnceAndWellFormed_data()
+{
+    everyKeyInCodeIsTranslated_data();
+}
+
+// A key given twice (the later one silently wins) or a broken file fails here.
+void TestTranslations::eachKeyOnceAndWellFormed()
+{
+    QFETCH(QString, tsFile);
+    QString error;
+    const QStringList ids = readIds(kTsDir + tsFile, &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    QVERIFY(ids.size() > 10);
+    QStringList repeated;
+    QSet<QString> seen;
+    for (const QString& id : ids) {
+        if (seen.contains(id))
+            repeated << id;
+        seen.insert(id);
+    }
+    QVERIFY2(repeated.isEmpty(), qPrintable(repeated.join(QLatin1String(", "))));
 }
 
 void TestTranslations::compiledTranslationsLoad_data()
