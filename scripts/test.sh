@@ -27,7 +27,7 @@ if [ "${1:-}" = "--tsan" ]; then
   extra=(-DVYR_TSAN=ON -DCMAKE_BUILD_TYPE=Debug -DVYR_BUILD_DEMO=OFF -DVYR_BUILD_BENCH=OFF)
   targets=(--target tst_friendrequestmodel tst_friendrequestpaging tst_friendrequestdays tst_friendrequestload
            tst_vyrnoticeengine tst_vyrchatengine)
-  tests=(-R "^tst_(friendrequest(model|paging|days|load)|vyrnoticeengine|vyrchatengine)$")
+  tests=(-R "^tst_(friendrequest(model|paging|days|load)|vyrnoticeengine|vyrchatengine)")
   export TSAN_OPTIONS="halt_on_error=1:exitcode=66:second_deadlock_stack=1:suppressions=$root/scripts/tsan.supp"
 fi
 
