@@ -136,6 +136,7 @@ private slots:
     void stateTable_data();
     void stateTable();
     void unknownStateClosesWithoutMessage();
+    void unknownStateStillRunsTheUpdate();
     void expiryShowsTheCount();
     void titleSpanByLocale_data();
     void titleSpanByLocale();
@@ -300,6 +301,19 @@ void TestHomeworkNoticeWidget::unknownStateClosesWithoutMessage()
     QCOMPARE(destroyed.count(), 1);
     QVERIFY2(log.lines().isEmpty(), qPrintable(log.lines().value(0).text));
     QVERIFY(VyrTrack::instance()->events().isEmpty());
+}
+
+// Closing for an unknown state doesn't end the update: the cover and the user are still looked up.
+void TestHomeworkNoticeWidget::unknownStateStillRunsTheUpdate()
+{
+    QSignalSpy asked(VyrEngine::CourseEngine::instance(), &VyrEngine::CourseEngine::coursePixmapAsked);
+    const int lookups = VyrEngine::ContactsEngine::instance()->userLookupCount();
+    QPointer<HomeworkNoticeWidget> window = new HomeworkNoticeWidget(kStudent, 42, homework(), true);
+    QCOMPARE(asked.count(), 1);
+    QCOMPARE(VyrEngine::ContactsEngine::instance()->userLookupCount(), lookups + 1);
+    QVERIFY(browser(window)->toPlainText().isEmpty());
+    H::runDeferredDeletes();
+    QVERIFY(window.isNull());
 }
 
 // The expiry template takes the record's count, in decimal, after the title.
@@ -560,7 +574,7 @@ void TestHomeworkNoticeWidget::userChangeOfLoggedInUserOnly()
     QVERIFY(log.lines().isEmpty());
 }
 
-// A refresh runs the whole update again: an unknown user logs again, an unknown state closes again.
+// A refresh runs the whole update again: an unknown user is looked up and logged again each time.
 void TestHomeworkNoticeWidget::refreshRepeatsTheUpdate()
 {
     VyrEngine::CoreEngine::instance()->setCurrentUid(5);

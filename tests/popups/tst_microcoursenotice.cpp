@@ -197,6 +197,10 @@ void TestMicroCourseNotice::headingIsCutAt180Pixels()
     QCOMPARE(heading->text(), metrics.elidedText(name, Qt::ElideRight, 180));
     QVERIFY(heading->text() != metrics.elidedText(name, Qt::ElideRight, 200));
     QVERIFY(heading->text().startsWith(QStringLiteral("<b>A very")));
+    QVERIFY(heading->text().endsWith(QChar(0x2026)));
+    QVERIFY(metrics.horizontalAdvance(heading->text()) <= 180);
+    // Not escaped, so the label must not read it as markup.
+    QCOMPARE(heading->textFormat(), Qt::PlainText);
     // A mistyped name reads as empty.
     delete m_window;
     open(2, lecture(QString(), 4, 12345));
@@ -259,7 +263,11 @@ void TestMicroCourseNotice::failedDownloadShowsTheFallback()
     }
     open(2, lecture(QStringLiteral("/covers/a.png")));
     waitForCover();
+    // The fallback fills the 36 by 20 label.
+    const QPixmap shown = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
+    QCOMPARE(shown.size() / shown.devicePixelRatio(), QSize(36, 20));
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) <= 8);
+    QVERIFY(P::distance(iconColour(QPoint(31, 10)), kFallbackColour) <= 8);
     QTest::qWait(100);
     if (failure != QLatin1String("refused"))
         QCOMPARE(m_server.requestCount("/covers/a.png"), 1);
@@ -337,7 +345,7 @@ void TestMicroCourseNotice::trackingPayload()
     QCOMPARE(data.value("push_body").toString(),
              QStringLiteral("Your micro-lecture did not pass the review. Please revise it."));
     QCOMPARE(data.value("push_title").toString(), QStringLiteral("Micro-lecture notice"));
-    QCOMPARE(data.value("check_up").toBool(), true);
+    QCOMPARE(data.value("check_up"), QVariant(true));
 }
 
 // The Chinese words of the window.
