@@ -26,6 +26,17 @@ const QColor kCoverColour(30, 160, 90);
 // The fallback cover's ground.
 const QColor kFallbackColour(0xC9, 0xD3, 0xDF);
 
+QByteArray imageBytes(const QColor& colour, const char* format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage image(QSize(72, 40), QImage::Format_RGB32);
+    image.fill(colour);
+    image.save(&buffer, format);
+    return bytes;
+}
+
 QByteArray pngBytes(const QColor& colour)
 {
     QByteArray bytes;
@@ -72,6 +83,7 @@ private slots:
     void failedDownloadShowsTheFallback_data();
     void failedDownloadShowsTheFallback();
     void bodyThatIsNoImageLeavesTheLabelBlank();
+    void coverIsReadByItsContent();
     void answerAfterTheWindowClosedDeliversNothing();
     void buttonOrder_data();
     void buttonOrder();
@@ -284,6 +296,17 @@ void TestMicroCourseNotice::bodyThatIsNoImageLeavesTheLabelBlank()
     const QImage image = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue).toImage();
     QCOMPARE(P::opaqueBounds(image), QRect());
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) > 40);
+}
+
+// The picture's kind is found from its bytes: a JPEG behind a ".png" path still shows.
+void TestMicroCourseNotice::coverIsReadByItsContent()
+{
+    HttpReply jpeg = HttpReply::png(imageBytes(kCoverColour, "JPG"));
+    jpeg.contentType = "image/jpeg";
+    m_server.setReply("/covers/a.png", jpeg);
+    open(2, lecture(QStringLiteral("/covers/a.png")));
+    waitForCover();
+    QVERIFY(P::distance(iconColour(QPoint(18, 10)), kCoverColour) <= 10);
 }
 
 // A window closed while its cover is on the way takes nothing and nothing crashes.
