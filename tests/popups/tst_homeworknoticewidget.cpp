@@ -204,6 +204,11 @@ void TestHomeworkNoticeWidget::faceAndLayout()
     QVERIFY(heading);
     QCOMPARE(heading->text(), QStringLiteral("Homework notice"));
     QVERIFY(heading->isHidden());
+    // Hidden but dressed as every heading: 19 high, the title style at 14 px medium.
+    QCOMPARE(heading->height(), 19);
+    QCOMPARE(heading->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(heading->font().pixelSize(), 14);
+    QCOMPARE(heading->font().weight(), int(QFont::Medium));
     QCOMPARE(m_window->findChild<QWidget*>(QStringLiteral("contentWidget"))->layout()->indexOf(heading), -1);
     QCOMPARE(label(m_window, "m_iconLabel")->size(), QSize(36, 36));
     QCOMPARE(browser(m_window)->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
