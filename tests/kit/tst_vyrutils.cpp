@@ -110,6 +110,7 @@ private slots:
     void downloaderNewDownloadDropsTheRunningOne();
     void downloaderAbortReportsCancel();
     void deletedDownloaderDeliversNothing();
+    void downloaderErrorAfterASuccessLeavesNoData();
     void appendixSameActivity_data();
     void appendixSameActivity();
 };
@@ -1184,6 +1185,38 @@ void TestVyrUtils::deletedDownloaderDeliversNothing()
     delete downloader;
     QTest::qWait(400);
     QCOMPARE(delivered, 0);
+}
+
+// A failure after a success empties the body: a reader never takes the last file for the new one.
+void TestVyrUtils::downloaderErrorAfterASuccessLeavesNoData()
+{
+    VyrDev::LocalHttpServer server;
+    QVERIFY(server.start());
+    const QByteArray png = pngBytes(QColor(10, 200, 30));
+    server.setReply("/a.png", VyrDev::HttpReply::png(png));
+    server.setReply("/missing.png", VyrDev::HttpReply::error(404, "nope"));
+    FileDownloader downloader(nullptr, {QStringLiteral("png")});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    downloader.setTargetUrl(server.url(QStringLiteral("/a.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(finished.wait(5000));
+    QCOMPARE(downloader.downloadedData(), png);
+    downloader.setTargetUrl(server.url(QStringLiteral("/missing.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(failed.wait(5000));
+    QVERIFY(downloader.downloadedData().isEmpty());
+    // Again after a success, then a refused suffix.
+    downloader.setTargetUrl(server.url(QStringLiteral("/a.png")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(finished.wait(5000));
+    QCOMPARE(downloader.downloadedData(), png);
+    downloader.setTargetUrl(server.url(QStringLiteral("/a.exe")));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QVERIFY(failed.wait(5000));
+    QVERIFY(downloader.downloadedData().isEmpty());
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(failed.count(), 2);
 }
 
 // Two appendix records are one activity when id and type agree; null never is.

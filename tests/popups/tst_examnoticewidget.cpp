@@ -3,6 +3,7 @@
 #include "CourseEngine.h"
 #include "ExamManager.h"
 #include "ExamNoticeWidget.h"
+#include "HomeworkManager.h"
 #include "ImSignalObject.h"
 #include "ImageOp.h"
 #include "LogCapture.h"
@@ -133,6 +134,7 @@ private slots:
     void stateTable_data();
     void stateTable();
     void unknownStateClosesWithoutMessage();
+    void unknownStateStillRunsTheUpdate();
     void expiryShowsTheCount();
     void titleSpanByLocale_data();
     void titleSpanByLocale();
@@ -198,6 +200,11 @@ void TestExamNoticeWidget::faceAndLayout()
     QVERIFY(heading);
     QCOMPARE(heading->text(), QStringLiteral("Test notice"));
     QVERIFY(heading->isHidden());
+    // Hidden but dressed as every heading: 19 high, the title style at 14 px medium.
+    QCOMPARE(heading->height(), 19);
+    QCOMPARE(heading->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(heading->font().pixelSize(), 14);
+    QCOMPARE(heading->font().weight(), int(QFont::Medium));
     QCOMPARE(m_window->findChild<QWidget*>(QStringLiteral("contentWidget"))->layout()->indexOf(heading), -1);
     QCOMPARE(label(m_window, "m_iconLabel")->size(), QSize(36, 36));
     QCOMPARE(browser(m_window)->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
@@ -274,6 +281,19 @@ void TestExamNoticeWidget::unknownStateClosesWithoutMessage()
     QCOMPARE(destroyed.count(), 1);
     QVERIFY2(log.lines().isEmpty(), qPrintable(log.lines().value(0).text));
     QVERIFY(VyrTrack::instance()->events().isEmpty());
+}
+
+// Closing for an unknown state doesn't end the update: the cover and the user are still looked up.
+void TestExamNoticeWidget::unknownStateStillRunsTheUpdate()
+{
+    QSignalSpy asked(VyrEngine::CourseEngine::instance(), &VyrEngine::CourseEngine::coursePixmapAsked);
+    const int lookups = VyrEngine::ContactsEngine::instance()->userLookupCount();
+    QPointer<ExamNoticeWidget> window = new ExamNoticeWidget(kStudent, 42, exam(), true);
+    QCOMPARE(asked.count(), 1);
+    QCOMPARE(VyrEngine::ContactsEngine::instance()->userLookupCount(), lookups + 1);
+    QVERIFY(browser(window)->toPlainText().isEmpty());
+    H::runDeferredDeletes();
+    QVERIFY(window.isNull());
 }
 
 // The expiry template takes the record's count, in decimal, after the title.
@@ -457,6 +477,8 @@ void TestExamNoticeWidget::outsideSignals_data()
     QTest::newRow("withdrawn: matching first argument, other test")
         << "exam" << QList<quint64>{kExam, kCourse} << false;
     QTest::newRow("withdrawn: other test") << "exam" << QList<quint64>{kCourse, 7002} << false;
+    QTest::newRow("withdrawn: the course's id as second argument")
+        << "exam" << QList<quint64>{kCourse, kCourse} << false;
     QTest::newRow("homework of the same id") << "homework" << QList<quint64>{kCourse, kExam} << false;
     QTest::newRow("cluster: only this course") << "cluster" << QList<quint64>{kCourse} << true;
     QTest::newRow("cluster: this course among others") << "cluster" << QList<quint64>{3, kCourse, 4} << true;
@@ -473,7 +495,7 @@ void TestExamNoticeWidget::outsideSignals()
     if (signal == QLatin1String("exam"))
         ExamManager::instance()->withdrawExam(ids.value(0), ids.value(1));
     else if (signal == QLatin1String("homework"))
-        emit ExamManager::instance()->examDeleteNoticeSingal(ids.value(0), ids.value(0));
+        HomeworkManager::instance()->withdrawHomework(ids.value(0), ids.value(1));
     else
         VyrEngine::ContactsEngine::instance()->deleteClusters(std::vector<quint64>(ids.begin(), ids.end()));
     QCoreApplication::processEvents();

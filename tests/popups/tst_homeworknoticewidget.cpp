@@ -136,6 +136,7 @@ private slots:
     void stateTable_data();
     void stateTable();
     void unknownStateClosesWithoutMessage();
+    void unknownStateStillRunsTheUpdate();
     void expiryShowsTheCount();
     void titleSpanByLocale_data();
     void titleSpanByLocale();
@@ -203,6 +204,11 @@ void TestHomeworkNoticeWidget::faceAndLayout()
     QVERIFY(heading);
     QCOMPARE(heading->text(), QStringLiteral("Homework notice"));
     QVERIFY(heading->isHidden());
+    // Hidden but dressed as every heading: 19 high, the title style at 14 px medium.
+    QCOMPARE(heading->height(), 19);
+    QCOMPARE(heading->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(heading->font().pixelSize(), 14);
+    QCOMPARE(heading->font().weight(), int(QFont::Medium));
     QCOMPARE(m_window->findChild<QWidget*>(QStringLiteral("contentWidget"))->layout()->indexOf(heading), -1);
     QCOMPARE(label(m_window, "m_iconLabel")->size(), QSize(36, 36));
     QCOMPARE(browser(m_window)->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
@@ -300,6 +306,19 @@ void TestHomeworkNoticeWidget::unknownStateClosesWithoutMessage()
     QCOMPARE(destroyed.count(), 1);
     QVERIFY2(log.lines().isEmpty(), qPrintable(log.lines().value(0).text));
     QVERIFY(VyrTrack::instance()->events().isEmpty());
+}
+
+// Closing for an unknown state doesn't end the update: the cover and the user are still looked up.
+void TestHomeworkNoticeWidget::unknownStateStillRunsTheUpdate()
+{
+    QSignalSpy asked(VyrEngine::CourseEngine::instance(), &VyrEngine::CourseEngine::coursePixmapAsked);
+    const int lookups = VyrEngine::ContactsEngine::instance()->userLookupCount();
+    QPointer<HomeworkNoticeWidget> window = new HomeworkNoticeWidget(kStudent, 42, homework(), true);
+    QCOMPARE(asked.count(), 1);
+    QCOMPARE(VyrEngine::ContactsEngine::instance()->userLookupCount(), lookups + 1);
+    QVERIFY(browser(window)->toPlainText().isEmpty());
+    H::runDeferredDeletes();
+    QVERIFY(window.isNull());
 }
 
 // The expiry template takes the record's count, in decimal, after the title.
@@ -560,7 +579,7 @@ void TestHomeworkNoticeWidget::userChangeOfLoggedInUserOnly()
     QVERIFY(log.lines().isEmpty());
 }
 
-// A refresh runs the whole update again: an unknown user logs again, an unknown state closes again.
+// A refresh runs the whole update again: an unknown user is looked up and logged again each time.
 void TestHomeworkNoticeWidget::refreshRepeatsTheUpdate()
 {
     VyrEngine::CoreEngine::instance()->setCurrentUid(5);

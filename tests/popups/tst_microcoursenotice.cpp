@@ -26,6 +26,17 @@ const QColor kCoverColour(30, 160, 90);
 // The fallback cover's ground.
 const QColor kFallbackColour(0xC9, 0xD3, 0xDF);
 
+QByteArray imageBytes(const QColor& colour, const char* format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage image(QSize(72, 40), QImage::Format_RGB32);
+    image.fill(colour);
+    image.save(&buffer, format);
+    return bytes;
+}
+
 QByteArray pngBytes(const QColor& colour)
 {
     QByteArray bytes;
@@ -72,6 +83,7 @@ private slots:
     void failedDownloadShowsTheFallback_data();
     void failedDownloadShowsTheFallback();
     void bodyThatIsNoImageLeavesTheLabelBlank();
+    void coverIsReadByItsContent();
     void answerAfterTheWindowClosedDeliversNothing();
     void buttonOrder_data();
     void buttonOrder();
@@ -197,6 +209,10 @@ void TestMicroCourseNotice::headingIsCutAt180Pixels()
     QCOMPARE(heading->text(), metrics.elidedText(name, Qt::ElideRight, 180));
     QVERIFY(heading->text() != metrics.elidedText(name, Qt::ElideRight, 200));
     QVERIFY(heading->text().startsWith(QStringLiteral("<b>A very")));
+    QVERIFY(heading->text().endsWith(QChar(0x2026)));
+    QVERIFY(metrics.horizontalAdvance(heading->text()) <= 180);
+    // Not escaped, so the label must not read it as markup.
+    QCOMPARE(heading->textFormat(), Qt::PlainText);
     // A mistyped name reads as empty.
     delete m_window;
     open(2, lecture(QString(), 4, 12345));
@@ -259,7 +275,11 @@ void TestMicroCourseNotice::failedDownloadShowsTheFallback()
     }
     open(2, lecture(QStringLiteral("/covers/a.png")));
     waitForCover();
+    // The fallback fills the 36 by 20 label.
+    const QPixmap shown = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
+    QCOMPARE(shown.size() / shown.devicePixelRatio(), QSize(36, 20));
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) <= 8);
+    QVERIFY(P::distance(iconColour(QPoint(31, 10)), kFallbackColour) <= 8);
     QTest::qWait(100);
     if (failure != QLatin1String("refused"))
         QCOMPARE(m_server.requestCount("/covers/a.png"), 1);
@@ -276,6 +296,17 @@ void TestMicroCourseNotice::bodyThatIsNoImageLeavesTheLabelBlank()
     const QImage image = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue).toImage();
     QCOMPARE(P::opaqueBounds(image), QRect());
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) > 40);
+}
+
+// The picture's kind is found from its bytes: a JPEG behind a ".png" path still shows.
+void TestMicroCourseNotice::coverIsReadByItsContent()
+{
+    HttpReply jpeg = HttpReply::png(imageBytes(kCoverColour, "JPG"));
+    jpeg.contentType = "image/jpeg";
+    m_server.setReply("/covers/a.png", jpeg);
+    open(2, lecture(QStringLiteral("/covers/a.png")));
+    waitForCover();
+    QVERIFY(P::distance(iconColour(QPoint(18, 10)), kCoverColour) <= 10);
 }
 
 // A window closed while its cover is on the way takes nothing and nothing crashes.
@@ -337,7 +368,7 @@ void TestMicroCourseNotice::trackingPayload()
     QCOMPARE(data.value("push_body").toString(),
              QStringLiteral("Your micro-lecture did not pass the review. Please revise it."));
     QCOMPARE(data.value("push_title").toString(), QStringLiteral("Micro-lecture notice"));
-    QCOMPARE(data.value("check_up").toBool(), true);
+    QCOMPARE(data.value("check_up"), QVariant(true));
 }
 
 // The Chinese words of the window.

@@ -89,6 +89,11 @@ private slots:
     void userChangeRefills();
     void nullDisplayRecordIsQuiet();
     void chineseButtons();
+    void headingIsCutAt200Pixels();
+    void headingStandsAboveTheText();
+    void deadViewDetailsLeavesTheCloseButton_data();
+    void deadViewDetailsLeavesTheCloseButton();
+    void refillReadsTheRecordAgain();
 
 private:
     StudyActivityNoticeWidget* open(QSharedPointer<AppendixDataPod> pod,
@@ -190,7 +195,8 @@ void TestStudyActivityNotice::buttonOrder()
 {
     QFETCH(QString, button);
     QFETCH(QString, expected);
-    open(appendix());
+    const QSharedPointer<AppendixDataPod> pod = appendix();
+    open(pod);
     NoticeClickRecorder recorder(m_window);
     QSharedPointer<AppendixDataPod> got;
     connect(m_window, &StudyActivityNoticeWidget::signalSeeDetails, &recorder,
@@ -207,6 +213,8 @@ void TestStudyActivityNotice::buttonOrder()
         QVERIFY(got);
         QCOMPARE(got->activityId, kActivity);
     }
+    // The host gets the window's own record, not a copy.
+    QCOMPARE(got, button == QLatin1String("m_viewDetailsBtn") ? pod : QSharedPointer<AppendixDataPod>());
     H::runDeferredDeletes();
     QVERIFY(!m_window);
 }
@@ -223,7 +231,7 @@ void TestStudyActivityNotice::trackingCarriesTheDisplayRecordsScenesAndBody()
     QCOMPARE(data.value("push_body").toString(), QStringLiteral("body-y"));
     QCOMPARE(data.value("push_title").toString(), QStringLiteral("Study activity"));
     QCOMPARE(data.value("app_scene").toString(), QStringLiteral("前台唤起"));
-    QCOMPARE(data.value("check_up").toBool(), false);
+    QCOMPARE(data.value("check_up"), QVariant(false));
     QVERIFY(KitFixture::trackedEvents(QStringLiteral("PushSend")).isEmpty());
 }
 
@@ -377,6 +385,77 @@ void TestStudyActivityNotice::chineseButtons()
     QCOMPARE(child<QPushButton>(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("查看详情"));
     QCOMPARE(child<QPushButton>(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
+}
+
+// The host's heading is cut at the right to 200 pixels of the heading's font.
+void TestStudyActivityNotice::headingIsCutAt200Pixels()
+{
+    const QString heading = QStringLiteral("Reading week of the autumn semester for every class of the school");
+    auto record = display();
+    record->headingText = heading;
+    open(appendix(), record);
+    QLabel* label = child<QLabel>(m_window, "m_headingLabel");
+    const QString shown = label->text();
+    const QFontMetrics metrics(label->font());
+    QVERIFY2(metrics.horizontalAdvance(heading) > 220, "the heading must be longer than the cut");
+    QVERIFY2(shown.endsWith(QChar(0x2026)), qPrintable(shown));
+    QVERIFY(shown.startsWith(QStringLiteral("Reading week")));
+    QVERIFY(metrics.horizontalAdvance(shown) <= 200);
+    // Not the micro-course heading's 180: a cut at 200 keeps more than 180 pixels of text.
+    QVERIFY(metrics.horizontalAdvance(shown) > 180);
+}
+
+// Unlike the test pop-up the heading is shown, in the text column 4 pixels above the host's text.
+void TestStudyActivityNotice::headingStandsAboveTheText()
+{
+    open(appendix());
+    QLabel* heading = child<QLabel>(m_window, "m_headingLabel");
+    auto* browser = child<QTextBrowser>(m_window, "m_contentBrowser");
+    QCOMPARE(heading->height(), 19);
+    const QPoint headingAt = heading->mapTo(m_window, QPoint(0, 0));
+    const QPoint browserAt = browser->mapTo(m_window, QPoint(0, 0));
+    QCOMPARE(browserAt.x(), headingAt.x());
+    QCOMPARE(browserAt.y() - (headingAt.y() + 19), 4);
+    // The column starts 12 right of the 36-pixel icon, level with its top.
+    const QPoint iconAt = child<QLabel>(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
+    QCOMPARE(headingAt, QPoint(iconAt.x() + 36 + 12, iconAt.y()));
+}
+
+// With the view details button dead, the base close button still closes and reports.
+void TestStudyActivityNotice::deadViewDetailsLeavesTheCloseButton_data()
+{
+    deadViewDetailsButton_data();
+}
+
+void TestStudyActivityNotice::deadViewDetailsLeavesTheCloseButton()
+{
+    QFETCH(int, kind);
+    open(appendix(Appendix(kind)));
+    NoticeClickRecorder recorder(m_window);
+    child<QPushButton>(m_window, "m_viewDetailsBtn")->click();
+    H::closeButton(m_window)->click();
+    QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(false,no)"));
+    H::runDeferredDeletes();
+    QVERIFY(m_window.isNull());
+}
+
+// A refill runs the whole update from the record the window holds: its present words show.
+void TestStudyActivityNotice::refillReadsTheRecordAgain()
+{
+    auto record = display();
+    open(appendix(), record);
+    record->windowTitleText = QStringLiteral("Study activity, changed");
+    record->headingText = QStringLiteral("Exam week");
+    record->contentText = QStringLiteral("Bring <i>pencils</i>");
+    // Nothing changes before the logged-in user's data does.
+    ContactsEngine::instance()->changeUsers({5});
+    QCoreApplication::processEvents();
+    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
+    ContactsEngine::instance()->changeUsers({kUser});
+    QCoreApplication::processEvents();
+    QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Study activity, changed"));
+    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Exam week"));
+    QCOMPARE(child<QTextBrowser>(m_window, "m_contentBrowser")->toPlainText(), QStringLiteral("Bring pencils"));
 }
 
 QTEST_MAIN(TestStudyActivityNotice)

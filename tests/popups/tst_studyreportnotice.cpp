@@ -71,6 +71,8 @@ private slots:
     void nullLessonClosesQuietly();
     void scenesFallBackBeforeTheyAreSet();
     void chineseTexts();
+    void headingIsCutAt200Pixels();
+    void contentLabelUnderTheHeading();
 
 private:
     StudyReportNoticeWidget* open(QSharedPointer<SnapshotLesson> snapshot, bool settle = true);
@@ -144,6 +146,7 @@ void TestStudyReportNotice::roles()
     QCOMPARE(clicks.size(), 1);
     QCOMPARE(clicks.first().second.value("push_scenes").toString(), scene);
     QCOMPARE(clicks.first().second.value("push_title").toString(), title);
+    QCOMPARE(clicks.first().second.value("push_body").toString().replace(QChar(0xA0), QLatin1Char(' ')), text);
 }
 
 // The cluster's name, else the course's when one of three conditions allows it and the engine has it at
@@ -382,6 +385,48 @@ void TestStudyReportNotice::chineseTexts()
     QVERIFY(label(m_window, "m_contentLabel")->text().endsWith(QStringLiteral("的教学报告已生成")));
     QCOMPARE(m_window->findChild<QPushButton*>(QStringLiteral("m_viewDetailsBtn"))->text(), QStringLiteral("查看详情"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
+}
+
+// A long cluster name is cut at the right to 200 pixels of the heading's font.
+void TestStudyReportNotice::headingIsCutAt200Pixels()
+{
+    const QString name = QStringLiteral("Class 3A of the evening school for adult learners in the north");
+    ContactsEngine::instance()->putCluster(kCourse, name);
+    open(lesson(1));
+    QLabel* heading = label(m_window, "m_headingLabel");
+    const QFontMetrics metrics(heading->font());
+    QVERIFY2(metrics.horizontalAdvance(name) > 220, "the name must be longer than the cut");
+    const QString shown = heading->text();
+    QVERIFY2(shown.startsWith(QStringLiteral("Class 3A")) && shown.endsWith(QChar(0x2026)), qPrintable(shown));
+    QVERIFY(metrics.horizontalAdvance(shown) <= 200);
+    QVERIFY(metrics.horizontalAdvance(shown) > 180);
+}
+
+// The sentence is a wrapping label held to the top, 4 pixels under the 19-pixel heading, 12 right of the icon.
+void TestStudyReportNotice::contentLabelUnderTheHeading()
+{
+    ContactsEngine::instance()->putCluster(kCourse, QStringLiteral("Class 3A"));
+    open(lesson(1));
+    QLabel* heading = label(m_window, "m_headingLabel");
+    QLabel* content = label(m_window, "m_contentLabel");
+    QVERIFY(content->wordWrap());
+    QCOMPARE(int(content->alignment() & Qt::AlignVertical_Mask), int(Qt::AlignTop));
+    QCOMPARE(content->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
+    QCOMPARE(content->font().pixelSize(), 13);
+    QCOMPARE(heading->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(heading->font().pixelSize(), 14);
+    QCOMPARE(heading->height(), 19);
+    const QPoint headingAt = heading->mapTo(m_window, QPoint(0, 0));
+    const QPoint contentAt = content->mapTo(m_window, QPoint(0, 0));
+    QCOMPARE(contentAt.x(), headingAt.x());
+    QCOMPARE(contentAt.y() - (headingAt.y() + 19), 4);
+    const QPoint iconAt = label(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
+    QCOMPARE(iconAt, QPoint(10 + 24, 40 + 12));
+    QCOMPARE(headingAt, QPoint(iconAt.x() + 36 + 12, iconAt.y()));
+    // A short sentence stays at the top of its label, not in its middle.
+    const QRect ink = P::colourBounds(P::grab(content), QColor(0, 146, 101), 60);
+    QVERIFY(!ink.isNull());
+    QVERIFY2(ink.top() < content->fontMetrics().height(), qPrintable(QString::number(ink.top())));
 }
 
 QTEST_MAIN(TestStudyReportNotice)

@@ -57,6 +57,8 @@ void MicroCourseNoticeWidget::initUi()
     m_headingLabel = new QLabel(m_contentWidget);
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
     m_headingLabel->setFixedHeight(19);
+    // The lecture's name is not escaped: markup in it must show as typed.
+    m_headingLabel->setTextFormat(Qt::PlainText);
     applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
     applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
 
