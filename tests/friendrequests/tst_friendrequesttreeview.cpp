@@ -15,6 +15,7 @@
 #include "VyrTrack.h"
 #include "friendrequesttreeview.h"
 
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSortFilterProxyModel>
@@ -49,6 +50,7 @@ private slots:
     void overdueRule();
     void overdueRuleDirectly_data();
     void overdueRuleDirectly();
+    void trackingFiresBeforeTheOverdueBox_data();
     void trackingFiresBeforeTheOverdueBox();
     void answerRecordIsBuiltFromTheRow_data();
     void answerRecordIsBuiltFromTheRow();
@@ -72,6 +74,7 @@ private slots:
     void dayGoneWhileItsMenuWasOpen();
     void engineErrorTextShownAsIs();
     void scrollToTheEndStartsAPage();
+    void daysOpenByThemselves();
 
 private:
     void showView(int height = 400);
@@ -177,7 +180,8 @@ QPoint TestFriendRequestTreeView::agreePoint(const QModelIndex& index) const
 
 QPoint TestFriendRequestTreeView::refusePoint(const QModelIndex& index) const
 {
-    return agreePoint(index) + QPoint(66 + 12, 0);
+    // Refuse starts 12 pixels after Agree's last column: 65 + 12 from its left.
+    return agreePoint(index) + QPoint(65 + 12, 0);
 }
 
 void TestFriendRequestTreeView::click(const QPoint& pos, Qt::MouseButton button)
@@ -291,9 +295,17 @@ void TestFriendRequestTreeView::overdueRuleDirectly()
     QCOMPARE(VyrEngine::NoticeEngine::instance()->overdueMarks().size(), overdue ? 1 : 0);
 }
 
+void TestFriendRequestTreeView::trackingFiresBeforeTheOverdueBox_data()
+{
+    QTest::addColumn<bool>("agree");
+    QTest::newRow("agree") << true;
+    QTest::newRow("refuse") << false;
+}
+
 // An overdue answer is tracked all the same, and before its warning box.
 void TestFriendRequestTreeView::trackingFiresBeforeTheOverdueBox()
 {
+    QFETCH(bool, agree);
     put(Peer, AwaitingMyAnswer, at(9));
     load();
     int trackedWhenBoxShown = -1;
@@ -301,9 +313,10 @@ void TestFriendRequestTreeView::trackingFiresBeforeTheOverdueBox()
         trackedWhenBoxShown = tracked(QStringLiteral("NewFriends")).size();
         VyrModalAnswerer::pressButtonOn(box, QMessageBox::Ok);
     });
-    click(agreePoint(leafOf(Peer)));
+    click(agree ? agreePoint(leafOf(Peer)) : refusePoint(leafOf(Peer)));
     QCOMPARE(trackedWhenBoxShown, 1);
     QCOMPARE(VyrEngine::NoticeEngine::instance()->overdueMarks().size(), 1);
+    QVERIFY(VyrEngine::NoticeEngine::instance()->answers().isEmpty());
 }
 
 // The record sent is built from the row: its ids, date and message, the user as target, read, and the status by button.
@@ -506,13 +519,15 @@ void TestFriendRequestTreeView::menuOpensForEveryRightClick()
     const QModelIndex leaf = leafOf(Peer);
     const QModelIndex target = header ? leaf.parent() : leaf;
     const int touchesBefore = VyrEngine::NoticeEngine::instance()->touchCount();
-    QAction* chosen = nullptr;
     QPoint menuPos;
-    m_answerer->answerWith([&](QWidget* menu) {
+    QList<QPointer<QWidget>> menus;
+    const auto closeMenu = [&](QWidget* menu) {
         menuPos = menu->pos();
+        menus.append(menu);
         VyrModalAnswerer::closeModalOn(menu);
-        chosen = nullptr;
-    });
+    };
+    m_answerer->answerWith(closeMenu);
+    m_answerer->answerWith(closeMenu);
     const QPoint pos(400, rowRect(target).center().y());
     click(pos, Qt::RightButton);
     click(pos, Qt::RightButton);
@@ -524,7 +539,10 @@ void TestFriendRequestTreeView::menuOpensForEveryRightClick()
     QCOMPARE(Probe::currentIndex(m_view.get()), target);
     // Opened at the click, moved 30 right and 10 down.
     QCOMPARE(menuPos, m_view->mapToGlobal(pos + QPoint(30, 10)));
-    Q_UNUSED(chosen);
+    // Two menus, the first one still there after it closed.
+    QCOMPARE(menus.size(), 2);
+    QVERIFY(menus[0] && menus[1]);
+    QVERIFY(menus[0] != menus[1]);
 }
 
 // The menu's first entry opens the person's card for the row.
@@ -684,6 +702,32 @@ void TestFriendRequestTreeView::scrollToTheEndStartsAPage()
     QCOMPARE(queries.last().date, at(19, 11));
     QCOMPARE(queries.last().sequenceId, 3199);
     QVERIFY(leafOf(3229).isValid());
+}
+
+// Days open by themselves: those of the first page and one that a live record brings.
+void TestFriendRequestTreeView::daysOpenByThemselves()
+{
+    put(Peer, AgreedByMe, at(0, 9));
+    put(2004, AgreedByMe, at(2, 9));
+    showView();
+    m_view->initUiData();
+    settle();
+    QApplication::processEvents();
+    QAbstractItemModel* model = m_view->model();
+    QCOMPARE(model->rowCount(), 2);
+    for (int g = 0; g < model->rowCount(); ++g)
+        QVERIFY2(m_view->isExpanded(model->index(g, 0)), qPrintable(QString::number(g)));
+    QVERIFY(m_view->visualRect(leafOf(2004)).height() > 0);
+
+    VyrEngine::ContactsEngine::instance()->putUser(VyrEngine::UserInfo(2005, QStringLiteral("Eve")));
+    VyrEngine::NoticeEngine::instance()->emitRecordSignal(VyrEngine::NoticeEngine::ContactorAdd,
+                                                          from(2005, 9, AwaitingMyAnswer, at(1, 9)));
+    settle();
+    QApplication::processEvents();
+    const QModelIndex fresh = leafOf(2005);
+    QVERIFY(fresh.isValid());
+    QVERIFY(m_view->isExpanded(fresh.parent()));
+    QVERIFY(m_view->visualRect(fresh).height() > 0);
 }
 
 QTEST_MAIN(TestFriendRequestTreeView)

@@ -14,6 +14,9 @@
 
 #include <QPainter>
 #include <QPointer>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <QSignalSpy>
 #include <QTreeView>
 #include <QtTest>
@@ -33,7 +36,8 @@ const QRect kHeaderOption(0, 0, 600, 28);
 const QRect kAvatar(1, 11, 36, 36);
 const QRect kName(44, 9, 250, 20);
 const QRect kB1(454, 17, 66, 24);
-const QRect kB2(532, 17, 66, 24);
+// 12 pixels after B1's last column, 519.
+const QRect kB2(531, 17, 66, 24);
 const QRect kText(44, 28, 412, 20);
 
 const QColor kBackground(QStringLiteral("#FCFCFC"));
@@ -84,6 +88,23 @@ int labelInkWidth(const QImage& image, const QRect& button, const QColor& face)
             if (P::distance(image.pixelColor(x, y), face) > 40)
                 ink |= QRect(x, y, 1, 1);
     return ink.width();
+}
+
+// A button as the row should draw it: the style of `source` on the row's background, with the
+// row's pen and a font of `fontSize` pixels in the painter.
+QImage buttonReference(QPushButton* source, const QRect& rect, const QString& text, bool enabled, int fontSize)
+{
+    return P::paint(QSize(kWidth, 58), kBackground, [&](QPainter& painter) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setFont(pixelFont(fontSize));
+        painter.setPen(QColor(QStringLiteral("#999999")));
+        QStyleOptionButton option;
+        option.rect = rect;
+        option.text = text;
+        if (enabled)
+            option.state |= QStyle::State_Enabled;
+        source->style()->drawControl(QStyle::CE_PushButton, &option, &painter, source);
+    });
 }
 
 // What the row's text line shows, drawn as the row draws it, on the row's background.
@@ -235,7 +256,8 @@ QPoint TestFriendRequestViewItem::viewB1(const QModelIndex& index) const
 
 QPoint TestFriendRequestViewItem::viewB2(const QModelIndex& index) const
 {
-    return viewB1(index) + QPoint(66 + 12, 0);
+    // B2 starts 12 pixels after B1's last column: 65 + 12 from its left.
+    return viewB1(index) + QPoint(65 + 12, 0);
 }
 
 void TestFriendRequestViewItem::sendMove(const QPoint& pos)
@@ -467,6 +489,19 @@ void TestFriendRequestViewItem::statusTable()
         const int width = labelInkWidth(image, kB2, buttonColour(b2));
         const int expected = QFontMetrics(pixelFont(12)).horizontalAdvance(label);
         QVERIFY2(qAbs(width - expected) <= 6, qPrintable(QStringLiteral("%1 vs %2").arg(width).arg(expected)));
+    }
+    // Each button to the pixel, with its own label, face and state.
+    if (b1 == QLatin1String("agree")) {
+        const QImage agree = buttonReference(Probe::agreeButton(m_delegate.get()), kB1, QStringLiteral("Agree"), true, 14);
+        QCOMPARE(P::differingPixels(image, agree, kB1), 0);
+    }
+    if (b2 == QLatin1String("refuse")) {
+        const QImage refuse = buttonReference(Probe::refuseButton(m_delegate.get()), kB2, label, true, 14);
+        QCOMPARE(P::differingPixels(image, refuse, kB2), 0);
+    }
+    if (b2 == QLatin1String("state")) {
+        const QImage state = buttonReference(Probe::stateButton(m_delegate.get()), kB2, label, false, 12);
+        QCOMPARE(P::differingPixels(image, state, kB2), 0);
     }
 
     // Only the text line left of the buttons is compared; B1 may stand over its last columns.

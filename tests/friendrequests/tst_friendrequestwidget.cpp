@@ -35,6 +35,7 @@ private slots:
     void readyEngineWithNothingStaysEmpty();
     void engineNotReadyWaitsForInitSignal();
     void everyInitSignalReadsAgain();
+    void readyEngineDoesNotListenForInit();
     void lastRowDeletedBringsTheEmptyPageBack();
     void sameDayUpdateLeavesThePageAsItIs();
     void addFriendAsksTheHost();
@@ -121,6 +122,17 @@ void TestFriendRequestWidget::everyInitSignalReadsAgain()
     QCOMPARE(engine->friendRequestQueries().size(), 2);
 }
 
+// A page made on a ready engine reads once and leaves later signalInitUiData alone.
+void TestFriendRequestWidget::readyEngineDoesNotListenForInit()
+{
+    auto* engine = VyrEngine::NoticeEngine::instance();
+    engine->setUiDataReady(true);
+    makePage();
+    QCOMPARE(engine->friendRequestQueries().size(), 1);
+    emit engine->signalInitUiData();
+    QCOMPARE(engine->friendRequestQueries().size(), 1);
+}
+
 // When the last row goes, the empty page comes back.
 void TestFriendRequestWidget::lastRowDeletedBringsTheEmptyPageBack()
 {
@@ -144,6 +156,10 @@ void TestFriendRequestWidget::sameDayUpdateLeavesThePageAsItIs()
     VyrEngine::NoticeEngine::instance()->emitRecordSignal(VyrEngine::NoticeEngine::ContactsAddConfirm,
                                                           from(2001, 1, AgreedByMe, at(0, 10)));
     settle();
+    // The row did change in place.
+    const QModelIndex group = Probe::treeView(m_page.get())->model()->index(0, 0);
+    QCOMPARE(Probe::treeView(m_page.get())->model()->rowCount(group), 1);
+    QCOMPARE(Probe::treeView(m_page.get())->model()->index(0, 0, group).data(StatusRole).toInt(), int(AgreedByMe));
     QCOMPARE(changed.size(), 0);
     QCOMPARE(stackChanged.size(), 0);
     QCOMPARE(current(), list());

@@ -1,3 +1,4 @@
+#include "AvatarManager.h"
 #include "ContactsEngine.h"
 #include "ImSignalObject.h"
 #include "LocalHttpServer.h"
@@ -243,6 +244,7 @@ void TestNoticeRemindNoticeWidget::initTestCase()
 void TestNoticeRemindNoticeWidget::init()
 {
     TestKit::resetAll();
+    AvatarManager::instance().clear();
     H::useTestScreen();
     auto* contacts = VyrEngine::ContactsEngine::instance();
     contacts->putCluster(kGid, QStringLiteral("Class 7A"));
@@ -351,6 +353,8 @@ void TestNoticeRemindNoticeWidget::layoutOfContent()
 // The 36-pixel avatar label holds the cluster's picture, rounded at the label's size.
 void TestNoticeRemindNoticeWidget::avatarIsTheClustersRounded()
 {
+    AvatarManager::instance().putClusterAvatar(kGid, PixelProbe::pixmap(QSize(72, 72), Qt::red));
+    AvatarManager::instance().putClusterAvatar(kGid + 1, PixelProbe::pixmap(QSize(72, 72), Qt::blue));
     open();
     QLabel* avatar = nullptr;
     for (QLabel* candidate : m_window->findChildren<QLabel*>()) {
@@ -364,6 +368,9 @@ void TestNoticeRemindNoticeWidget::avatarIsTheClustersRounded()
     // Rounded: the corner is clear, the middle is painted.
     QVERIFY(qAlpha(image.pixel(0, 0)) < 255);
     QCOMPARE(qAlpha(image.pixel(18, 18)), 255);
+    // The picture of this cluster, not another's nor a generated one.
+    QCOMPARE(QColor(image.pixel(18, 18)), QColor(Qt::red));
+    QCOMPARE(avatar->pixmap(Qt::ReturnByValue).devicePixelRatio(), qreal(avatar->devicePixelRatio()));
 }
 
 // The nickname look-up is logged with the cluster and the sender.
