@@ -71,6 +71,30 @@ QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* own
     return topRow;
 }
 
+QBoxLayout* ClassNoticePage::buildPictureAndText(QLabel* picture, int pictureTop, QLabel* heading, QLabel* content)
+{
+    auto* pictureColumn = new QVBoxLayout();
+    pictureColumn->setContentsMargins(0, pictureTop, 0, 0);
+    pictureColumn->setSpacing(0);
+    pictureColumn->addWidget(picture);
+    pictureColumn->addStretch();
+
+    auto* textColumn = new QVBoxLayout();
+    textColumn->setContentsMargins(0, 0, 0, 0);
+    textColumn->setSpacing(0);
+    textColumn->addWidget(heading);
+    textColumn->addSpacing(4);
+    textColumn->addWidget(content);
+
+    auto* topRow = new QHBoxLayout();
+    topRow->setContentsMargins(0, 0, 0, 0);
+    topRow->setSpacing(0);
+    topRow->addLayout(pictureColumn);
+    topRow->addSpacing(12);
+    topRow->addLayout(textColumn);
+    return topRow;
+}
+
 QPushButton* ClassNoticePage::buildButton(QWidget* page, const QString& text, const QString& objectName,
                                           const QString& style)
 {

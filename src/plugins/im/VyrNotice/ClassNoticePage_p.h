@@ -28,6 +28,9 @@ public:
     // text browser. `owner` styles the labels; it may be null.
     static QBoxLayout* buildTopRow(QWidget* page, PopNoticeBaseWidget* owner, const QString& heading,
                                    QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser);
+    // The top row of the label-based cards: `picture` at the top of its column
+    // (`pictureTop` pixels down), 12 pixels, then `heading`, 4 pixels and `content`.
+    static QBoxLayout* buildPictureAndText(QLabel* picture, int pictureTop, QLabel* heading, QLabel* content);
     // An 86 x 26 button with its text, object name and theme style, 13 px.
     static QPushButton* buildButton(QWidget* page, const QString& text, const QString& objectName,
                                     const QString& style);

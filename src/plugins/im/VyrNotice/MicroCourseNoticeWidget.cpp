@@ -48,11 +48,6 @@ void MicroCourseNoticeWidget::initUi()
     m_iconLabel = new QLabel(m_contentWidget);
     m_iconLabel->setObjectName(QStringLiteral("m_iconLabel"));
     m_iconLabel->setFixedSize(kCoverWidth, kCoverHeight);
-    auto* iconColumn = new QVBoxLayout();
-    iconColumn->setContentsMargins(0, 16, 0, 0);
-    iconColumn->setSpacing(0);
-    iconColumn->addWidget(m_iconLabel);
-    iconColumn->addStretch();
 
     m_headingLabel = new QLabel(m_contentWidget);
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
@@ -68,19 +63,7 @@ void MicroCourseNoticeWidget::initUi()
     applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
     applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
 
-    auto* textColumn = new QVBoxLayout();
-    textColumn->setContentsMargins(0, 0, 0, 0);
-    textColumn->setSpacing(0);
-    textColumn->addWidget(m_headingLabel);
-    textColumn->addSpacing(4);
-    textColumn->addWidget(m_contentLabel);
-
-    auto* topRow = new QHBoxLayout();
-    topRow->setContentsMargins(0, 0, 0, 0);
-    topRow->setSpacing(0);
-    topRow->addLayout(iconColumn);
-    topRow->addSpacing(12);
-    topRow->addLayout(textColumn);
+    QBoxLayout* topRow = ClassNoticePage::buildPictureAndText(m_iconLabel, 16, m_headingLabel, m_contentLabel);
 
     m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
                                                     QStringLiteral("m_viewDetailsBtn"),

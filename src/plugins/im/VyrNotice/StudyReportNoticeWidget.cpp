@@ -52,11 +52,6 @@ void StudyReportNoticeWidget::initUi()
     m_iconLabel->setFixedSize(kIconSize, kIconSize);
     m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
                                .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
-    auto* iconColumn = new QVBoxLayout();
-    iconColumn->setContentsMargins(0, 0, 0, 0);
-    iconColumn->setSpacing(0);
-    iconColumn->addWidget(m_iconLabel);
-    iconColumn->addStretch();
 
     m_headingLabel = new QLabel(m_contentWidget);
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
@@ -75,19 +70,7 @@ void StudyReportNoticeWidget::initUi()
     applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
     applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
 
-    auto* textColumn = new QVBoxLayout();
-    textColumn->setContentsMargins(0, 0, 0, 0);
-    textColumn->setSpacing(0);
-    textColumn->addWidget(m_headingLabel);
-    textColumn->addSpacing(4);
-    textColumn->addWidget(m_contentLabel);
-
-    auto* topRow = new QHBoxLayout();
-    topRow->setContentsMargins(0, 0, 0, 0);
-    topRow->setSpacing(0);
-    topRow->addLayout(iconColumn);
-    topRow->addSpacing(12);
-    topRow->addLayout(textColumn);
+    QBoxLayout* topRow = ClassNoticePage::buildPictureAndText(m_iconLabel, 0, m_headingLabel, m_contentLabel);
 
     m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
                                                     QStringLiteral("m_viewDetailsBtn"),
