@@ -21,6 +21,8 @@
 #include <QTranslator>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
+
+#include "MedianReporter.h"
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -119,30 +121,6 @@ void BM_PlainTreeViewScrollRepaint(benchmark::State& state)
 }
 BENCHMARK(BM_PlainTreeViewScrollRepaint)->Unit(benchmark::kMillisecond);
 
-// CPU time per iteration (the median when repeated), for the ratio at the end.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    std::map<std::string, double> milliseconds;
-
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const std::string name = run.run_name.str();
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                m_medians[name] = run.GetAdjustedCPUTime();
-            else if (run.run_type == Run::RT_Iteration && !m_medians.count(name))
-                milliseconds[name] = run.GetAdjustedCPUTime();
-            if (m_medians.count(name))
-                milliseconds[name] = m_medians[name];
-        }
-    }
-
-private:
-    std::map<std::string, double> m_medians;
-};
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -157,11 +135,11 @@ int main(int argc, char** argv)
     VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
 
     benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
+    MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    const auto page = reporter.milliseconds.find("BM_PageViewScrollRepaint");
-    const auto plain = reporter.milliseconds.find("BM_PlainTreeViewScrollRepaint");
-    if (page != reporter.milliseconds.end() && plain != reporter.milliseconds.end()) {
+    const auto page = reporter.cpuTimes().find("BM_PageViewScrollRepaint");
+    const auto plain = reporter.cpuTimes().find("BM_PlainTreeViewScrollRepaint");
+    if (page != reporter.cpuTimes().end() && plain != reporter.cpuTimes().end()) {
         std::printf("\nOne repaint while scrolling: page's view %.2f ms, plain tree view %.2f ms, ratio x%.2f; "
                     "a 60 Hz frame is 16.7 ms\n",
                     page->second, plain->second, page->second / plain->second);

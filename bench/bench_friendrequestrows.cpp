@@ -21,6 +21,8 @@
 #include <QStyledItemDelegate>
 #include <QTranslator>
 #include <benchmark/benchmark.h>
+
+#include "MedianReporter.h"
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -110,41 +112,16 @@ void BM_PersonRow(benchmark::State& state)
 }
 BENCHMARK(BM_PersonRow)->ArgName("status")->DenseRange(0, 6)->Unit(benchmark::kMicrosecond);
 
-// Keeps the CPU time per iteration of each benchmark (the median when repeated): on a
-// machine shared with other work, wall time mostly measures the neighbours.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    std::map<std::string, double> microseconds;
-
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const std::string name = run.run_name.str();
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                m_medians[name] = run.GetAdjustedCPUTime();
-            else if (run.run_type == Run::RT_Iteration && !m_medians.count(name))
-                microseconds[name] = run.GetAdjustedCPUTime();
-            if (m_medians.count(name))
-                microseconds[name] = m_medians[name];
-        }
-    }
-
-private:
-    std::map<std::string, double> m_medians;
-};
-
 // Each friend-request row against the plain row of its own height.
-void printRatios(const RatioReporter& reporter)
+void printRatios(const MedianReporter& reporter)
 {
-    const auto header = reporter.microseconds.find("BM_PlainRow/height:28");
-    const auto person = reporter.microseconds.find("BM_PlainRow/height:58");
-    if (header == reporter.microseconds.end() || person == reporter.microseconds.end())
+    const auto header = reporter.cpuTimes().find("BM_PlainRow/height:28");
+    const auto person = reporter.cpuTimes().find("BM_PlainRow/height:58");
+    if (header == reporter.cpuTimes().end() || person == reporter.cpuTimes().end())
         return;
     std::printf("\nRatio to a plain row of the same height in this run (28: %.1f us, 58: %.1f us):\n",
                 header->second, person->second);
-    for (const auto& entry : reporter.microseconds) {
+    for (const auto& entry : reporter.cpuTimes()) {
         const bool isHeader = entry.first == "BM_HeaderRow";
         if (!isHeader && entry.first.rfind("BM_PersonRow", 0) != 0)
             continue;
@@ -168,7 +145,7 @@ int main(int argc, char** argv)
     VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
 
     benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
+    MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     printRatios(reporter);
     benchmark::Shutdown();

@@ -21,6 +21,8 @@
 #include <QStyledItemDelegate>
 #include <QTranslator>
 #include <benchmark/benchmark.h>
+
+#include "MedianReporter.h"
 #include <map>
 
 using namespace VyrEngine;
@@ -163,38 +165,13 @@ const char* kindName(int kind)
     return kind >= 0 && kind < 6 ? names[kind] : "?";
 }
 
-// Keeps the time per iteration of each benchmark (the median when repeated),
-// to print ratios at the end. Every benchmark here reports in microseconds.
-class RatioReporter : public benchmark::ConsoleReporter
+void printRatios(const MedianReporter& reporter)
 {
-public:
-    std::map<std::string, double> microseconds;
-
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const std::string name = run.run_name.str();
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                m_medians[name] = run.GetAdjustedRealTime();
-            else if (run.run_type == Run::RT_Iteration && !m_medians.count(name))
-                microseconds[name] = run.GetAdjustedRealTime();
-            if (m_medians.count(name))
-                microseconds[name] = m_medians[name];
-        }
-    }
-
-private:
-    std::map<std::string, double> m_medians;
-};
-
-void printRatios(const RatioReporter& reporter)
-{
-    auto baseline = reporter.microseconds.find(kBaseline);
-    if (baseline == reporter.microseconds.end() || baseline->second <= 0)
+    auto baseline = reporter.realTimes().find(kBaseline);
+    if (baseline == reporter.realTimes().end() || baseline->second <= 0)
         return;
     std::printf("\nRatio to %s (%.1f us) in this run:\n", kBaseline, baseline->second);
-    for (const auto& entry : reporter.microseconds) {
+    for (const auto& entry : reporter.realTimes()) {
         std::string label = entry.first;
         const std::string prefix = "BM_PaintRow/kind:";
         if (label.rfind(prefix, 0) == 0)
@@ -217,7 +194,7 @@ int main(int argc, char** argv)
     AvatarManager::instance().setClusterAvatarName(501, QStringLiteral("Class Three"));
 
     benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
+    MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     printRatios(reporter);
     benchmark::Shutdown();
