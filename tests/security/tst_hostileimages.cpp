@@ -234,6 +234,9 @@ void TestHostileImages::headerIsReadBeforeDecoding_data()
         << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE svg [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;\">]>"
                       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\"><text>&b;</text></svg>")
         << QByteArray("svg") << QSize() << true;
+    // Compressed SVG could inflate far beyond its bytes; it is not read at all.
+    QTest::newRow("svgz") << QByteArray("\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03", 10) + qCompress(svg(QString()))
+                          << QByteArray("svgz") << QSize() << true;
     QTest::newRow("9 MB") << Pic::picture(kCoverColour, QSize(72, 40)) + QByteArray(9 * 1024 * 1024, '\0')
                           << QByteArray() << QSize() << true;
     QTest::newRow("truncated png") << Pic::picture(kCoverColour, QSize(72, 40)).left(20) << QByteArray("png")
@@ -247,6 +250,15 @@ void TestHostileImages::headerIsReadBeforeDecoding_data()
     QTest::newRow("ordinary jpeg") << Pic::picture(kCoverColour, QSize(72, 40), "JPG") << QByteArray("jpeg")
                                    << QSize(72, 40) << false;
     QTest::newRow("ordinary svg") << Pic::svgDeclaring(QSize(72, 40)) << QByteArray("svg") << QSize(72, 40) << false;
+    QTest::newRow("svg with doctype")
+        << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE svg PUBLIC \"-//W3C//DTD SVG 1.1//EN\" "
+                      "\"http://www.w3.org/Graphics/SVG/1.1/DTD/svg11.dtd\">")
+               + Pic::svgDeclaring(QSize(72, 40))
+        << QByteArray("svg") << QSize(72, 40) << false;
+    QTest::newRow("svg use #id") << svg(QStringLiteral("width=\"72\" height=\"40\""),
+                                        QStringLiteral("<defs><rect id=\"r\" width=\"5\" height=\"5\"/></defs>"
+                                                       "<use xlink:href=\"#r\" x=\"20\"/>"))
+                                 << QByteArray("svg") << QSize(72, 40) << false;
 }
 
 void TestHostileImages::headerIsReadBeforeDecoding()

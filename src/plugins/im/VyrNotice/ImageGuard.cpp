@@ -108,7 +108,7 @@ ImageGuard::Header svgHeader(const QByteArray& data)
             continue;
         const QXmlStreamAttributes attributes = xml.attributes();
         for (const QXmlStreamAttribute& attribute : attributes) {
-            const QStringRef name = attribute.qualifiedName();
+            const auto name = attribute.qualifiedName();
             const bool isReference = name == QLatin1String("href") || name.endsWith(QLatin1String(":href"));
             if (isReference && !attribute.value().trimmed().startsWith(QLatin1Char('#'))) {
                 header.refusal = QStringLiteral("svg refers to a resource outside the document");
