@@ -8,6 +8,7 @@
 #include "VyrSettings.h"
 #include "AppendixDataPod.h"
 #include "FileDownloader.h"
+#include "HostilePictures.h"
 #include "LocalHttpServer.h"
 #include "LogCapture.h"
 #include "CommonPostParamPod.h"
@@ -977,17 +978,30 @@ void TestVyrUtils::messageBoxTitlePerIconAndLanguage()
 }
 
 // Bytes become a picture: detected by content, or PNG only without detection; no picture gives null.
+// A header over 4096 a side, over 8 MB of bytes, or an SVG is refused with a log line before decoding.
 void TestVyrUtils::loadFromData_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("detect");
     QTest::addColumn<bool>("isNull");
-    QTest::newRow("png, detected") << pngBytes(Qt::red) << true << false;
-    QTest::newRow("png, png only") << pngBytes(Qt::red) << false << false;
-    QTest::newRow("jpeg, detected") << jpegBytes(Qt::blue) << true << false;
-    QTest::newRow("jpeg, png only") << jpegBytes(Qt::blue) << false << true;
-    QTest::newRow("html") << QByteArray("<html><body>not found</body></html>") << true << true;
-    QTest::newRow("empty") << QByteArray() << true << true;
+    QTest::addColumn<bool>("refused");
+    const QSize huge(20000, 20000);
+    QTest::newRow("png, detected") << pngBytes(Qt::red) << true << false << false;
+    QTest::newRow("png, png only") << pngBytes(Qt::red) << false << false << false;
+    QTest::newRow("jpeg, detected") << jpegBytes(Qt::blue) << true << false << false;
+    QTest::newRow("jpeg, png only") << jpegBytes(Qt::blue) << false << true << false;
+    QTest::newRow("html") << QByteArray("<html><body>not found</body></html>") << true << true << false;
+    QTest::newRow("empty") << QByteArray() << true << true << false;
+    QTest::newRow("png 4096") << pngBytes(Qt::red, QSize(4096, 4096)) << true << false << false;
+    QTest::newRow("png 20000") << HostilePictures::pngDeclaring(huge) << true << true << true;
+    QTest::newRow("png 20000, png only") << HostilePictures::pngDeclaring(huge) << false << true << true;
+    QTest::newRow("png 4097x1") << HostilePictures::pngDeclaring(QSize(4097, 1)) << true << true << true;
+    QTest::newRow("jpeg 20000") << HostilePictures::jpegDeclaring(huge) << true << true << true;
+    QTest::newRow("gif 20000") << HostilePictures::gifDeclaring(huge) << true << true << true;
+    QTest::newRow("bmp 16000") << HostilePictures::bmpDeclaring(QSize(16000, 16000)) << true << true << true;
+    QTest::newRow("svg 20000") << HostilePictures::svgDeclaring(huge) << true << true << true;
+    QTest::newRow("svg 20") << HostilePictures::svgDeclaring(QSize(20, 20)) << true << true << true;
+    QTest::newRow("9 MB") << pngBytes(Qt::red) + QByteArray(9 * 1024 * 1024, '\0') << true << true << true;
 }
 
 void TestVyrUtils::loadFromData()
@@ -995,8 +1009,11 @@ void TestVyrUtils::loadFromData()
     QFETCH(QByteArray, bytes);
     QFETCH(bool, detect);
     QFETCH(bool, isNull);
+    QFETCH(bool, refused);
+    LogCapture logs;
     const QPixmap pixmap = VyrUtils::loadFromData(bytes, detect);
     QCOMPARE(pixmap.isNull(), isNull);
+    QCOMPARE(logs.startingWith(QStringLiteral("picture refused")).size(), refused ? 1 : 0);
 }
 
 // A GET over real HTTP: the body arrives with finished(), the server saw the path.

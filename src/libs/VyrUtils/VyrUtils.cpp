@@ -1,7 +1,9 @@
 #include "VyrUtils.h"
 
+#include <QBuffer>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QLocale>
 #include <QScreen>
 #include <QUuid>
@@ -155,7 +157,28 @@ QString VyrUtils::getMessageBoxTitle(QMessageBox::Icon icon)
 
 QPixmap VyrUtils::loadFromData(QByteArray data, bool detectFormat)
 {
-    QPixmap pixmap;
-    pixmap.loadFromData(data, detectFormat ? nullptr : "PNG");
-    return pixmap;
+    // Downloaded bytes: the header is read first, since a few bytes can
+    // declare a picture of gigabytes.
+    if (data.size() > MaxPictureBytes) {
+        qInfo() << "picture refused, bytes:" << data.size();
+        return QPixmap();
+    }
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, detectFormat ? QByteArray() : QByteArray("PNG"));
+    // Bytes that are no picture (of the asked format) stay a quiet null, as ever.
+    if (!reader.canRead())
+        return QPixmap();
+    const QByteArray format = reader.format().toLower();
+    // An SVG names files and sizes of its own; pictures from outside are raster.
+    if (format == "svg" || format == "svgz") {
+        qInfo() << "picture refused, vector format:" << format;
+        return QPixmap();
+    }
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > MaxPictureSide || size.height() > MaxPictureSide) {
+        qInfo() << "picture refused, declared size:" << size.width() << size.height();
+        return QPixmap();
+    }
+    return QPixmap::fromImage(reader.read());
 }

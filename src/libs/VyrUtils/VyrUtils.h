@@ -24,9 +24,18 @@ enum TAVLA_URL_TYPE {
 //   setServiceDomain(domain)   the service's host name, "www.vyr.example" by
 //                              default; getDomainUrl() and genTavlaUrl() follow it
 //   serviceDomain()            the host name in use
+//
+// Host side (pictures): loadFromData() reads a picture's header before it
+// decodes. It gives a null pixmap, with an info line "picture refused, ...",
+// for bytes over MaxPictureBytes (8 MB), a header declaring more than
+// MaxPictureSide (4096) pixels on a side or no size at all, and for SVG,
+// which names sizes and files of its own. It decodes on the calling thread.
 class VyrUtils
 {
 public:
+    static constexpr int MaxPictureSide = 4096;
+    static constexpr int MaxPictureBytes = 8 * 1024 * 1024;
+
     // A new unique id, without braces.
     static QString createUuid();
     // `dateTime` in local time with a QDateTime format string.
@@ -58,7 +67,8 @@ public:
     static QString urlSplicing(std::initializer_list<QString> parts);
     // A picture from downloaded bytes. With `detectFormat` the format is read
     // from the bytes themselves, whatever the address said; without it only
-    // PNG is tried. Bytes that are no picture give a null pixmap.
+    // PNG is tried. Bytes that are no picture, or a picture refused by the
+    // limits above, give a null pixmap.
     static QPixmap loadFromData(QByteArray data, bool detectFormat);
 
     // The date of `secsSinceEpoch` in local time as the client writes a day,

@@ -3,6 +3,7 @@
 #include "ClassNoticePage_p.h"
 #include "CoreEngine.h"
 #include "FileDownloader.h"
+#include "ImageGuard_p.h"
 #include "ImageOp.h"
 #include "VyrUtils.h"
 
@@ -120,7 +121,12 @@ void MicroCourseNoticeWidget::setAvatarPixmap(QPixmap pixmap)
 
 void MicroCourseNoticeWidget::onDownloadFinished()
 {
-    setAvatarPixmap(VyrUtils::loadFromData(m_downloader->downloadedData(), true));
+    // The server chooses the bytes: checked and decoded off the GUI thread,
+    // no larger than the label needs; a refused picture gets the fallback.
+    const QSize shownAt = m_iconLabel->size() * VyrUtils::screenDeviceRatio(m_iconLabel);
+    ImageGuard::decodeLater(this, m_downloader->downloadedData(), shownAt, [this](const QImage& image) {
+        setAvatarPixmap(image.isNull() ? QPixmap(kFallbackCover) : QPixmap::fromImage(image));
+    });
 }
 
 void MicroCourseNoticeWidget::onDownloadError(int code, const QString& message)

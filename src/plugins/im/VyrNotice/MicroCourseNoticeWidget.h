@@ -22,6 +22,10 @@ class QPushButton;
 // A host creates the window, connects signalSeeDetails(), calls popNotice()
 // and keeps no pointer. It closes on the user's word, on log-out and 16
 // seconds after it popped; a download still running then is dropped.
+//
+// The downloaded cover is decoded on the thread pool, only after its header
+// passed: at most 4096 pixels a side and 8 MB, an SVG naming nothing outside
+// itself. Anything else shows the fallback cover, with an info line.
 class VYRNOTICE_EXPORT MicroCourseNoticeWidget : public PopNoticeBaseWidget
 {
     Q_OBJECT
