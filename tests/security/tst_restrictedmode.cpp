@@ -82,6 +82,9 @@ private slots:
     void unreadableFileFailsClosed_data();
     void unreadableFileFailsClosed();
     void unreadableFileIsNotOverwritten();
+    void ordinaryFilesAreRead_data();
+    void ordinaryFilesAreRead();
+    void qsettingsOwnFileIsRead();
     void hostResetEndsRestrictedMode_data();
     void hostResetEndsRestrictedMode();
     void unchangedFileIsNotParsedAgain();
@@ -323,6 +326,8 @@ void TestRestrictedMode::unreadableFileFailsClosed_data()
     QTest::newRow("random") << "random" << "not a settings file";
     QTest::newRow("nul") << "nul" << "not a settings file";
     QTest::newRow("latin1") << "latin1" << "not a settings file";
+    QTest::newRow("bom") << "bom" << "not a settings file";
+    QTest::newRow("hash") << "hash" << "not a settings file";
     QTest::newRow("directory") << "directory" << "not a regular file";
     QTest::newRow("fifo") << "fifo" << "not a regular file";
     QTest::newRow("oversize") << "oversize" << "larger than 1048576 bytes";
@@ -343,6 +348,11 @@ void TestRestrictedMode::unreadableFileFailsClosed()
         writeBytes(fileName, QByteArray("TeenModeConfig\\4=false\n", 23) + QByteArray(8, '\0'));
     } else if (kind == QLatin1String("latin1")) {
         writeBytes(fileName, QByteArray("[TeenModeConfig]\n4=f\xe4lse\n"));
+    } else if (kind == QLatin1String("bom")) {
+        // Qt's own reader flags a byte-order mark as a format error.
+        writeBytes(fileName, QByteArray("\xef\xbb\xbf[TeenModeConfig]\n4=false\n"));
+    } else if (kind == QLatin1String("hash")) {
+        writeBytes(fileName, QByteArray("# not an INI comment\n[TeenModeConfig]\n4=false\n"));
     } else if (kind == QLatin1String("directory")) {
         QVERIFY(QDir().mkpath(fileName));
     } else if (kind == QLatin1String("fifo")) {
@@ -384,6 +394,47 @@ void TestRestrictedMode::unreadableFileIsNotOverwritten()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), garbage);
     QCOMPARE(log.startingWith(QStringLiteral("VyrSettings: not writing")).size(), 2);
+}
+
+// Files QSettings or an editor write are read as they are, not taken for damage.
+void TestRestrictedMode::ordinaryFilesAreRead_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("mode");
+    QTest::newRow("plain") << QByteArray("[TeenModeConfig]\n4=true\n") << true;
+    QTest::newRow("crlf") << QByteArray("[TeenModeConfig]\r\n4=false\r\n") << false;
+    QTest::newRow("comments") << QByteArray("; kept\n\n[TeenModeConfig]\n4=true\n") << true;
+    QTest::newRow("utf8") << QByteArray("[General]\nname=\xe4\xb8\xad\n[TeenModeConfig]\n4=true\n") << true;
+    QTest::newRow("empty") << QByteArray() << false;
+}
+
+void TestRestrictedMode::ordinaryFilesAreRead()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, mode);
+    VyrSettings* settings = VyrSettings::instance(QString());
+    writeBytes(settings->fileName(), bytes);
+    LogCapture log;
+    QCOMPARE(settings->isEnabledTeenModeConfig(TeenModeEnabled), mode);
+    QVERIFY(!settings->isFileUnreadable());
+    QVERIFY(log.startingWith(QStringLiteral("VyrSettings: cannot read")).isEmpty());
+}
+
+// What QSettings writes of every kind of value reads back, byte arrays and lists included.
+void TestRestrictedMode::qsettingsOwnFileIsRead()
+{
+    VyrSettings* settings = VyrSettings::instance(QString());
+    {
+        QSettings file(settings->fileName(), QSettings::IniFormat);
+        file.setValue(QStringLiteral("bytes"), QByteArray("\0\x01\xff\n", 4));
+        file.setValue(QStringLiteral("list"), QStringList{QStringLiteral("a,b"), QStringLiteral("c\nd")});
+        file.setValue(QStringLiteral("text"), QStringLiteral("\u4e2d = ; # [x]"));
+        file.setValue(QStringLiteral("TeenModeConfig/4"), true);
+    }
+    QVERIFY(settings->isEnabledTeenModeConfig(TeenModeEnabled));
+    QVERIFY(!settings->isFileUnreadable());
+    QCOMPARE(settings->getSetting(QStringLiteral("bytes")).toByteArray(), QByteArray("\0\x01\xff\n", 4));
+    QCOMPARE(settings->getSetting(QStringLiteral("text")).toString(), QStringLiteral("\u4e2d = ; # [x]"));
 }
 
 // The host's reset turns restricted mode off, moving a file it can't read aside.

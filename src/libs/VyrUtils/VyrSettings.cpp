@@ -22,7 +22,8 @@ bool isUtf8(const QByteArray& bytes)
 }
 
 // What QSettings writes: sections, "key=value" lines, comments and blank lines.
-// QSettings itself reads nearly anything, random bytes included, as an empty store.
+// QSettings reads nearly anything, random bytes included, as some store, and
+// its status alone misses some of it.
 bool looksLikeIni(const QByteArray& bytes)
 {
     if (bytes.contains('\0') || !isUtf8(bytes))
@@ -30,7 +31,7 @@ bool looksLikeIni(const QByteArray& bytes)
     const QList<QByteArray> lines = bytes.split('\n');
     for (const QByteArray& raw : lines) {
         const QByteArray line = raw.trimmed();
-        if (line.isEmpty() || line.startsWith(';') || line.startsWith('#') || line.contains('='))
+        if (line.isEmpty() || line.startsWith(';') || line.contains('='))
             continue;
         if (line.startsWith('[') && line.endsWith(']'))
             continue;
@@ -215,6 +216,8 @@ void VyrSettings::resetRestrictedMode()
                 file.remove(key);
         }
         file.sync();
+        if (file.status() != QSettings::NoError)
+            qInfo() << "VyrSettings: cannot remove the restricted mode from" << fileName();
     }
     forgetFile();
     qInfo() << "VyrSettings: restricted mode reset in" << fileName();
