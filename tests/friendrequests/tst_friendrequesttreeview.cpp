@@ -7,6 +7,7 @@
 #include "LogCapture.h"
 #include "NoticeEngine.h"
 #include "PersonInfoWidget.h"
+#include "TeenModePassword.h"
 #include "TeenModeWidget.h"
 #include "TestKit.h"
 #include "UserInfo.h"
@@ -15,6 +16,7 @@
 #include "VyrTrack.h"
 #include "friendrequesttreeview.h"
 
+#include <QFile>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
@@ -58,6 +60,8 @@ private slots:
     void onlyOneTeenSettingAsksNothing_data();
     void onlyOneTeenSettingAsksNothing();
     void refusedPasswordDoesNothing();
+    void rightPasswordRefusedWhileTheDelayRuns();
+    void damagedSettingsFileAsksForThePassword();
     void refuseNeedsNoPassword();
     void failedAnswer_data();
     void failedAnswer();
@@ -116,6 +120,9 @@ void TestFriendRequestTreeView::init()
 
 void TestFriendRequestTreeView::cleanup()
 {
+    TeenModePassword::setClock({});
+    if (VyrSettings::instance(QString())->isFileUnreadable())
+        VyrSettings::instance(QString())->resetRestrictedMode();
     PersonInfoWidget::closeCurrent();
     m_view.reset();
     settle();
@@ -426,6 +433,63 @@ void TestFriendRequestTreeView::refusedPasswordDoesNothing()
     QCOMPARE(VyrEngine::NoticeEngine::instance()->answers().size(), 0);
     QCOMPARE(VyrEngine::NoticeEngine::instance()->overdueMarks().size(), 0);
     QVERIFY(VyrTrack::instance()->events().isEmpty());
+}
+
+// After five wrong passwords even the right one is refused unchecked, and nothing is answered.
+void TestFriendRequestTreeView::rightPasswordRefusedWhileTheDelayRuns()
+{
+    qint64 now = 1700000000000;
+    TeenModePassword::setClock([&now]() { return now; });
+    VyrSettings::instance(QString())->setTeenModeConfig(TeenModeEnabled, true);
+    VyrSettings::instance(QString())->setTeenModeConfig(TeenModeFriendPassword, true);
+    for (int i = 0; i < 5; ++i)
+        QCOMPARE(TeenModePassword::check(QStringLiteral("0000")), TeenModePassword::Wrong);
+    put(Peer, AwaitingMyAnswer, at(0, 9));
+    load();
+    const int touchesBefore = VyrEngine::NoticeEngine::instance()->touchCount();
+    const int derivedBefore = TeenModePassword::derivationCount();
+    int refused = -1;
+    int failed = -1;
+    m_answerer->answerWith([&](QWidget* dialog) {
+        auto* panel = dialog->findChild<TeenModeWidget*>();
+        VyrModalAnswerer::enterTextOn(dialog, QStringLiteral("1234"));
+        refused = panel->refusedAttempts();
+        failed = panel->failedAttempts();
+        QVERIFY(dialog->isVisible());
+        panel->cancelButton()->click();
+    });
+    click(agreePoint(leafOf(Peer)));
+    QCOMPARE(refused, 1);
+    QCOMPARE(failed, 0);
+    QCOMPARE(TeenModePassword::derivationCount(), derivedBefore);
+    QCOMPARE(VyrEngine::NoticeEngine::instance()->touchCount(), touchesBefore);
+    QCOMPARE(VyrEngine::NoticeEngine::instance()->answers().size(), 0);
+    // The delay over, the same password goes through.
+    now += TeenModePassword::FirstDelayMs;
+    m_answerer->enterText(QStringLiteral("1234"));
+    click(agreePoint(leafOf(Peer)));
+    QCOMPARE(VyrEngine::NoticeEngine::instance()->answers().size(), 1);
+}
+
+// A settings file that can't be read counts as restricted mode on: Agree asks until the host resets it.
+void TestFriendRequestTreeView::damagedSettingsFileAsksForThePassword()
+{
+    QFile file(VyrSettings::instance(QString())->fileName());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QByteArray(256, '\xfe'));
+    file.close();
+    put(Peer, AwaitingMyAnswer, at(0, 9));
+    load();
+    m_answerer->closeModal();
+    click(agreePoint(leafOf(Peer)));
+    QCOMPARE(m_answerer->seen(), QStringList(QStringLiteral("dialog ") + trId("ID_SettingsWidget_EnterseparatePassword")));
+    QCOMPARE(VyrEngine::NoticeEngine::instance()->answers().size(), 0);
+    // The host's reset lets Agree through without asking.
+    VyrSettings::instance(QString())->resetRestrictedMode();
+    m_answerer->clear();
+    click(agreePoint(leafOf(Peer)));
+    QVERIFY(m_answerer->seen().isEmpty());
+    QCOMPARE(VyrEngine::NoticeEngine::instance()->answers().size(), 1);
 }
 
 // Refusing needs no password even with both settings on.

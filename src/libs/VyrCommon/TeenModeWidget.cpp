@@ -1,8 +1,7 @@
 #include "TeenModeWidget.h"
 
-#include "VyrSettings.h"
+#include "TeenModePassword.h"
 
-#include <QCryptographicHash>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,7 +10,6 @@
 #include <QVBoxLayout>
 
 namespace {
-const char* const kPasswordHashKey = "TeenModePasswordHash";
 const char* const kPanelStyle =
     "TeenModeWidget { background: #FFFFFF; }"
     "QLabel#teenModeHint { color: #333333; font-size: 13px; }"
@@ -32,9 +30,12 @@ QString tr2(const char* zh, const char* en)
     return chinese() ? QString::fromUtf8(zh) : QString::fromLatin1(en);
 }
 
-QByteArray hashOf(const QString& password)
+QString waitText(qint64 waitMs)
 {
-    return QCryptographicHash::hash(password.toUtf8(), QCryptographicHash::Sha256).toHex();
+    const qint64 seconds = (waitMs + 999) / 1000;
+    if (seconds < 60)
+        return tr2("尝试次数过多，请%1秒后再试", "Too many wrong passwords. Try again in %1 s.").arg(seconds);
+    return tr2("尝试次数过多，请%1分钟后再试", "Too many wrong passwords. Try again in %1 min.").arg((seconds + 59) / 60);
 }
 }
 
@@ -77,14 +78,12 @@ TeenModeWidget::TeenModeWidget(QWidget* parent, TeenModeState state)
 
 void TeenModeWidget::setPassword(const QString& password)
 {
-    VyrSettings::instance(QString())->setSetting(QString::fromLatin1(kPasswordHashKey), hashOf(password));
+    TeenModePassword::set(password);
 }
 
 bool TeenModeWidget::checkPassword(const QString& password)
 {
-    const QByteArray stored =
-        VyrSettings::instance(QString())->getSetting(QString::fromLatin1(kPasswordHashKey)).toByteArray();
-    return !stored.isEmpty() && stored == hashOf(password);
+    return TeenModePassword::check(password) == TeenModePassword::Accepted;
 }
 
 QString TeenModeWidget::errorText() const
@@ -113,17 +112,29 @@ void TeenModeWidget::showEvent(QShowEvent* event)
         m_titleSent = true;
         emit setTitle(titleText());
     }
+    const qint64 waitMs = TeenModePassword::remainingDelayMs();
+    if (waitMs > 0)
+        m_errorLabel->setText(waitText(waitMs));
     m_passwordEdit->setFocus();
 }
 
 void TeenModeWidget::onConfirm()
 {
-    if (checkPassword(m_passwordEdit->text())) {
+    const TeenModePassword::Result result = TeenModePassword::check(m_passwordEdit->text());
+    m_passwordEdit->clear();
+    switch (result) {
+    case TeenModePassword::Accepted:
         m_errorLabel->clear();
         emit closeWidget(PasswordAccepted);
         return;
+    case TeenModePassword::Delayed:
+        ++m_refusedAttempts;
+        m_errorLabel->setText(waitText(TeenModePassword::remainingDelayMs()));
+        return;
+    case TeenModePassword::Wrong:
+        break;
     }
     ++m_failedAttempts;
-    m_passwordEdit->clear();
-    m_errorLabel->setText(tr2("密码错误，请重新输入", "Wrong password, please try again"));
+    const qint64 waitMs = TeenModePassword::remainingDelayMs();
+    m_errorLabel->setText(waitMs > 0 ? waitText(waitMs) : tr2("密码错误，请重新输入", "Wrong password, please try again"));
 }

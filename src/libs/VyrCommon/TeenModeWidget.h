@@ -18,14 +18,17 @@ enum TeenModeState
 // The restricted mode's password panel, placed inside a dialog by whoever
 // needs it. In TeenModeVerifyPassword it asks for the separate password:
 // the right one emits closeWidget(TeenModeWidget::PasswordAccepted); a wrong
-// one shows an error and stays; Cancel emits closeWidget(Cancelled). In the
-// other states it emits setTitle with the title of its state when first shown.
+// one shows an error and stays; Cancel emits closeWidget(Cancelled). After too
+// many wrong passwords (TeenModePassword) it checks nothing until the delay has
+// run and says how long to wait instead. In the other states it emits setTitle
+// with the title of its state when first shown.
 //
 // Host side:
-//   TeenModeWidget::setPassword(text)   the separate password (kept as a
-//                                       SHA-256 hash in the general settings
-//                                       store, key "TeenModePasswordHash")
+//   TeenModeWidget::setPassword(text)   the separate password (salted and
+//                                       derived by TeenModePassword::set)
+//   checkPassword(text)                 TeenModePassword::check, delay included
 //   failedAttempts(), errorText()       wrong passwords so far, the error shown
+//   refusedAttempts()                   confirmations refused unchecked
 //   passwordEdit(), confirmButton(), cancelButton()
 class TeenModeWidget : public QWidget
 {
@@ -44,6 +47,7 @@ public:
 
     TeenModeState state() const { return m_state; }
     int failedAttempts() const { return m_failedAttempts; }
+    int refusedAttempts() const { return m_refusedAttempts; }
     QString errorText() const;
     QLineEdit* passwordEdit() const { return m_passwordEdit; }
     QPushButton* confirmButton() const { return m_confirmButton; }
@@ -68,5 +72,6 @@ private:
     QPushButton* m_confirmButton;
     QPushButton* m_cancelButton;
     int m_failedAttempts = 0;
+    int m_refusedAttempts = 0;
     bool m_titleSent = false;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QVariant>
@@ -25,6 +26,15 @@ enum TeenModeConfig
 // failure is logged as a warning and the value stays in memory, so this run
 // still sees it.
 //
+// The file is read into memory and read again only when its size or times
+// change, so a read of an unchanged file costs a stat. A file that exists but
+// can't be read as settings (not a regular file, unreadable, over
+// MaxFileSize, or not INI text, such as random bytes) gives one info line,
+// "VyrSettings: cannot read ...", and is neither trusted nor overwritten: its
+// values read as absent, every restricted-mode setting reads as on (fail
+// closed) and writes stay in memory until the host resets the store with
+// resetRestrictedMode(). A missing file is an empty store.
+//
 // Host side:
 //   setFolder(path)        the folder of the INI files (created when missing);
 //                          forgets what the stores hold in memory, since that
@@ -37,17 +47,30 @@ enum TeenModeConfig
 //   setTeenModeConfig(config, on)
 //                          switches one restricted-mode (teen mode) setting
 //                          of the store; kept under "TeenModeConfig/<value>"
+//   isFileUnreadable()     whether the file is there but can't be read
+//   resetRestrictedMode()  the host's way out of restricted mode: moves a file
+//                          that can't be read aside to "<file>.unreadable"
+//                          (or "<file>.unreadable-<n>"), then removes every
+//                          key beginning with "TeenMode" (the settings, the
+//                          separate password and its failures) from memory
+//                          and file; restricted mode then reads as off
+//   parseCount()           how often the file has been read since the store
+//                          was made
 // All on the GUI thread.
 class VyrSettings
 {
 public:
+    // Larger files are not settings this client wrote.
+    static constexpr qint64 MaxFileSize = 1024 * 1024;
+
     static VyrSettings* instance(const QString& name);
 
     // Stores `value` under `key` and writes it to the file.
     void setSetting(const QString& key, const QVariant& value);
     // The value of `key`: from memory, else from the file, else `defaultValue`.
     QVariant getSetting(const QString& key, const QVariant& defaultValue = QVariant()) const;
-    // Whether that restricted-mode setting is on; off unless set.
+    // Whether that restricted-mode setting is on; off unless set, on while
+    // the file can't be read.
     bool isEnabledTeenModeConfig(TeenModeConfig config) const;
     void setTeenModeConfig(TeenModeConfig config, bool on);
 
@@ -56,10 +79,27 @@ public:
     static QString folder();
     QString fileName() const;
     bool lastWriteFailed() const { return m_lastWriteFailed; }
+    bool isFileUnreadable() const;
+    void resetRestrictedMode();
+    int parseCount() const { return m_parseCount; }
 
 private:
+    struct FileStamp
+    {
+        bool exists = false;
+        qint64 size = -1;
+        QDateTime modified;
+        QDateTime changed;
+        bool operator==(const FileStamp& other) const;
+    };
+
     explicit VyrSettings(const QString& name);
     bool write(const QString& key, const QVariant& value) const;
+    void refresh() const;
+    void readFile() const;
+    QString problemWithFile() const;
+    bool moveUnreadableFileAside();
+    void forgetFile();
 
     static std::map<QString, std::unique_ptr<VyrSettings>>& instances();
     static QString& folderPath();
@@ -67,4 +107,10 @@ private:
     QString m_name;
     QHash<QString, QVariant> m_values;
     bool m_lastWriteFailed = false;
+    // The file as last read, and what it looked like then.
+    mutable QHash<QString, QVariant> m_fileValues;
+    mutable FileStamp m_stamp;
+    mutable bool m_fileRead = false;
+    mutable bool m_fileUnreadable = false;
+    mutable int m_parseCount = 0;
 };
