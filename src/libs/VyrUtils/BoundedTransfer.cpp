@@ -44,6 +44,11 @@ BoundedTransfer::BoundedTransfer(QNetworkReply* reply, qint64 maxBytes, int tota
     , m_totalMs(totalMs)
 {
     reply->setReadBufferSize(kReadBufferSize);
+    // Once more after Qt has started the request: one with a body starts on a
+    // later turn and misses the first setting, so Qt's network thread would
+    // read the socket unbounded.
+    QMetaObject::invokeMethod(
+        this, [this]() { m_reply->setReadBufferSize(kReadBufferSize); }, Qt::QueuedConnection);
     connect(reply, &QNetworkReply::metaDataChanged, this, &BoundedTransfer::onMetaDataChanged);
     connect(reply, &QNetworkReply::readyRead, this, &BoundedTransfer::onReadyRead);
     connect(reply, &QNetworkReply::redirected, this, &BoundedTransfer::onRedirected);
@@ -81,7 +86,7 @@ void BoundedTransfer::cut(QNetworkReply::NetworkError code, const QString& reaso
     m_error = code;
     m_errorString = reason;
     m_body.clear();
-    qInfo() << "transfer aborted:" << reason << "url:" << shown(m_reply->request().url());
+    logAborted();
     // finished() follows at once, inside abort().
     if (!m_reply->isFinished())
         m_reply->abort();
@@ -121,6 +126,7 @@ void BoundedTransfer::onMetaDataChanged()
 {
     if (m_ended || m_cut)
         return;
+
     const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
     if (!encoding.isEmpty() && encoding != "identity") {
         abort(QNetworkReply::OperationCanceledError,
@@ -182,7 +188,7 @@ void BoundedTransfer::onFinished()
             // Only Qt's transfer timeout cancels a reply behind this object's back.
             m_error = error;
             m_errorString = QStringLiteral("no data for %1 ms").arg(m_reply->request().transferTimeout());
-            qInfo() << "transfer aborted:" << m_errorString << "url:" << shown(m_reply->request().url());
+            logAborted();
         } else if (error != QNetworkReply::NoError) {
             m_error = error;
             m_errorString = m_reply->errorString();
@@ -193,6 +199,11 @@ void BoundedTransfer::onFinished()
         }
     }
     emit ended();
+}
+
+void BoundedTransfer::logAborted() const
+{
+    qInfo().noquote() << "transfer aborted:" << m_errorString << "url:" << shown(m_reply->request().url());
 }
 
 void BoundedTransfer::onOwnerDestroyed()

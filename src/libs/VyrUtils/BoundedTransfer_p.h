@@ -56,6 +56,7 @@ private:
     void onOwnerDestroyed();
     void readAvailable();
     void cut(QNetworkReply::NetworkError code, const QString& reason);
+    void logAborted() const;
 
     QNetworkReply* m_reply = nullptr;
     QTimer* m_totalTimer = nullptr;
