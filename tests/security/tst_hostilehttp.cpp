@@ -95,6 +95,8 @@ private slots:
     void reminderAnswers();
     void reminderClosedMidTransfer_data();
     void reminderClosedMidTransfer();
+    void downloaderFetchesOnlyHttp_data();
+    void downloaderFetchesOnlyHttp();
 
 private:
     MicroCourseNoticeWidget* openCover(const QString& coverUrl);
@@ -497,6 +499,48 @@ void TestHostileHttp::reminderClosedMidTransfer()
     QCOMPARE(details.count(), 0);
     QVERIFY(SimpleMessagePopup::openPopups().isEmpty());
     QVERIFY(log.startingWith(QStringLiteral("url:")).isEmpty());
+}
+
+// The kit's downloader itself fetches nothing but http and https: no local file, no data: or resource address.
+void TestHostileHttp::downloaderFetchesOnlyHttp_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("fetched");
+    QTest::newRow("http") << "@S/covers/a.png" << true;
+    QTest::newRow("file") << "file://@F" << false;
+    QTest::newRow("data") << "data:image/png;base64,iVBORw0KGgo=" << false;
+    QTest::newRow("qrc") << "qrc:/chat/images/chat/cover.svg" << false;
+    QTest::newRow("ftp") << "ftp://127.0.0.1:1/a.png" << false;
+}
+
+void TestHostileHttp::downloaderFetchesOnlyHttp()
+{
+    QFETCH(QString, address);
+    QFETCH(bool, fetched);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString secret = dir.filePath(QStringLiteral("secret.png"));
+    QFile file(secret);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(pngBytes(kCoverColour));
+    file.close();
+    m_server.setReply("/covers/a.png", HttpReply::png(pngBytes(kCoverColour)));
+    address.replace(QLatin1String("@S"), m_server.baseUrl().toString()).replace(QLatin1String("@F"), secret);
+
+    FileDownloader downloader(nullptr, {});
+    QSignalSpy finished(&downloader, &FileDownloader::finished);
+    QSignalSpy failed(&downloader, &FileDownloader::error);
+    ResourceSpy spy;
+    downloader.setTargetUrl(QUrl(address));
+    downloader.download(QNetworkRequest::PreferNetwork);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count() + failed.count(), 1, 5000);
+    QCOMPARE(finished.count(), fetched ? 1 : 0);
+    QCOMPARE(m_server.requestCount(), fetched ? 1 : 0);
+    if (!fetched) {
+        QCOMPARE(failed[0][0].toInt(), int(QNetworkReply::ProtocolUnknownError));
+        QVERIFY(downloader.downloadedData().isEmpty());
+        QVERIFY2(spy.names().isEmpty(), qPrintable(spy.names().join(QLatin1Char(' '))));
+    }
 }
 
 QTEST_MAIN(TestHostileHttp)
