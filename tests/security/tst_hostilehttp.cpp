@@ -194,7 +194,7 @@ HttpReply TestHostileHttp::hostile(const QString& kind, const QByteArray& conten
     if (kind == QLatin1String("huge length"))
         return HttpReply::huge(kHuge, contentType, true);
     if (kind == QLatin1String("gzip bomb"))
-        return HttpReply::gzipBomb(64 * 1024 * 1024, contentType);
+        return HttpReply::gzipBomb(32 * 1024 * 1024, contentType);
     if (kind == QLatin1String("gzip small")) {
         HttpReply gz = HttpReply::gzip(goodBody, contentType);
         return gz;
