@@ -200,10 +200,8 @@ HttpReply TestHostileHttp::hostile(const QString& kind, const QByteArray& conten
     }
     if (kind == QLatin1String("gzip bomb"))
         return HttpReply::gzipBomb(32 * 1024 * 1024, contentType);
-    if (kind == QLatin1String("gzip small")) {
-        HttpReply gz = HttpReply::gzip(goodBody, contentType);
-        return gz;
-    }
+    if (kind == QLatin1String("gzip small"))
+        return HttpReply::gzip(goodBody, contentType);
     if (kind == QLatin1String("stall")) {
         HttpReply hang;
         hang.hang = true;
