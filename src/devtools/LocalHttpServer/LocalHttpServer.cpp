@@ -1,6 +1,7 @@
 #include "LocalHttpServer.h"
 
 #include <httplib.h>
+#include <zlib.h>
 
 #include <QHash>
 
@@ -36,6 +37,82 @@ HttpReply HttpReply::error(int status, const QByteArray &body)
     return reply;
 }
 
+HttpReply HttpReply::redirect(const QByteArray &location, int status)
+{
+    HttpReply reply;
+    reply.status = status;
+    reply.location = location;
+    reply.contentType = "text/plain";
+    return reply;
+}
+
+namespace {
+
+constexpr qint64 kPieceSize = 64 * 1024;
+
+// Deflates `size` bytes given piece by piece by `piece` into one gzip member.
+QByteArray gzipStream(qint64 size, const std::function<QByteArray(qint64 offset)> &piece)
+{
+    z_stream stream = {};
+    // 16 + 15: a gzip header and trailer around a full window.
+    if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 16 + 15, 9, Z_DEFAULT_STRATEGY) != Z_OK)
+        return QByteArray();
+    QByteArray out;
+    char buffer[16384];
+    qint64 offset = 0;
+    int flush = Z_NO_FLUSH;
+    do {
+        QByteArray input;
+        if (offset < size) {
+            input = piece(offset);
+            offset += input.size();
+        }
+        flush = offset >= size ? Z_FINISH : Z_NO_FLUSH;
+        stream.next_in = reinterpret_cast<Bytef *>(input.data());
+        stream.avail_in = uInt(input.size());
+        do {
+            stream.next_out = reinterpret_cast<Bytef *>(buffer);
+            stream.avail_out = sizeof(buffer);
+            deflate(&stream, flush);
+            out.append(buffer, int(sizeof(buffer) - stream.avail_out));
+        } while (stream.avail_out == 0);
+    } while (flush != Z_FINISH);
+    deflateEnd(&stream);
+    return out;
+}
+
+} // namespace
+
+HttpReply HttpReply::gzip(const QByteArray &body, const QByteArray &contentType)
+{
+    HttpReply reply;
+    reply.body = gzipStream(body.size(), [&body](qint64 offset) { return body.mid(int(offset), int(kPieceSize)); });
+    reply.contentType = contentType;
+    reply.contentEncoding = "gzip";
+    return reply;
+}
+
+HttpReply HttpReply::gzipBomb(qint64 inflatedSize, const QByteArray &contentType)
+{
+    static const QByteArray zeros(int(kPieceSize) * 16, '\0');
+    HttpReply reply;
+    reply.body = gzipStream(inflatedSize, [inflatedSize](qint64 offset) {
+        return zeros.left(int(qMin<qint64>(zeros.size(), inflatedSize - offset)));
+    });
+    reply.contentType = contentType;
+    reply.contentEncoding = "gzip";
+    return reply;
+}
+
+HttpReply HttpReply::huge(qint64 size, const QByteArray &contentType, bool withLength)
+{
+    HttpReply reply;
+    reply.contentType = contentType;
+    reply.streamSize = size;
+    reply.chunked = !withLength;
+    return reply;
+}
+
 struct LocalHttpServer::State
 {
     httplib::Server server;
@@ -46,7 +123,8 @@ struct LocalHttpServer::State
     int port = 0;
     QHash<QByteArray, Handler> routes;
     HttpReply fallback = HttpReply::error(404, "not found");
-    QList<HttpRequestRecord> requests;
+    // Shared with the answer still going out, which updates its record.
+    QList<std::shared_ptr<HttpRequestRecord>> requests;
 
     Handler handlerFor(const QByteArray &path) const
     {
@@ -56,6 +134,15 @@ struct LocalHttpServer::State
             return it.value();
         const HttpReply reply = fallback;
         return [reply](const HttpRequestRecord &) { return reply; };
+    }
+
+    // Waits for `ms` or until stop(); false when stopping.
+    bool pause(int ms)
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        if (ms > 0)
+            released.wait_for(lock, std::chrono::milliseconds(ms), [this] { return stopping; });
+        return !stopping;
     }
 
     // Holds the answer for its delay, or until stop() when it hangs.
@@ -70,15 +157,96 @@ struct LocalHttpServer::State
 
     void serve(const httplib::Request &request, httplib::Response &response)
     {
-        const HttpRequestRecord record = toRecord(request);
+        auto record = std::make_shared<HttpRequestRecord>(toRecord(request));
         {
             std::lock_guard<std::mutex> lock(mutex);
             requests.append(record);
         }
-        const HttpReply reply = handlerFor(record.path)(record);
+        const HttpReply reply = handlerFor(record->path)(*record);
         hold(reply);
         response.status = reply.status;
-        response.set_content(reply.body.toStdString(), reply.contentType.toStdString());
+        if (!reply.location.isEmpty())
+            response.set_header("Location", reply.location.toStdString());
+        if (!reply.contentEncoding.isEmpty())
+            response.set_header("Content-Encoding", reply.contentEncoding.toStdString());
+        const qint64 size = reply.streamSize >= 0 ? reply.streamSize : reply.body.size();
+        const std::string type = reply.contentType.toStdString();
+        if (size == 0 && !reply.chunked && reply.declaredLength < 0) {
+            response.set_content(std::string(), type);
+            finish(record, false);
+            return;
+        }
+        auto failed = std::make_shared<bool>(false);
+        const auto releaser = [this, record, failed](bool) { finish(record, *failed); };
+        if (reply.chunked) {
+            response.set_chunked_content_provider(
+                type,
+                [this, reply, size, record, failed](size_t offset, httplib::DataSink &sink) {
+                    if (!send(reply, size, qint64(offset), sink, *record, *failed))
+                        return false;
+                    sink.done();
+                    return true;
+                },
+                releaser);
+            return;
+        }
+        const qint64 length = reply.declaredLength >= 0 ? reply.declaredLength : size;
+        response.set_content_provider(
+            size_t(length), type,
+            [this, reply, size, record, failed](size_t offset, size_t, httplib::DataSink &sink) {
+                // Also ends a body that is shorter than its claimed length.
+                return qint64(offset) < size && send(reply, size, qint64(offset), sink, *record, *failed);
+            },
+            releaser);
+    }
+
+    // Sends the body from `offset` to its end in pieces; false when the
+    // client went away or the server stops.
+    bool send(const HttpReply &reply, qint64 size, qint64 offset, httplib::DataSink &sink,
+              HttpRequestRecord &record, bool &failed)
+    {
+        const qint64 pieceSize = reply.dripBytes > 0 ? reply.dripBytes : kPieceSize;
+        QByteArray piece;
+        while (offset < size) {
+            if (reply.dripBytes > 0 && offset > 0 && !pause(reply.dripIntervalMs))
+                return false;
+            if (!pause(0))
+                return false;
+            const qint64 length = qMin(pieceSize, size - offset);
+            pieceAt(reply, offset, length, piece);
+            if (!sink.write(piece.constData(), size_t(length))) {
+                failed = true;
+                return false;
+            }
+            offset += length;
+            std::lock_guard<std::mutex> lock(mutex);
+            record.bytesSent += length;
+        }
+        return true;
+    }
+
+    // The body's bytes from `offset`, repeating `body` (zeros when empty) for a stream.
+    static void pieceAt(const HttpReply &reply, qint64 offset, qint64 length, QByteArray &piece)
+    {
+        if (reply.streamSize < 0) {
+            piece = reply.body.mid(int(offset), int(length));
+            return;
+        }
+        piece.resize(int(length));
+        if (reply.body.isEmpty()) {
+            piece.fill('\0');
+            return;
+        }
+        const qint64 pattern = reply.body.size();
+        for (qint64 i = 0; i < length; ++i)
+            piece[int(i)] = reply.body.at(int((offset + i) % pattern));
+    }
+
+    void finish(const std::shared_ptr<HttpRequestRecord> &record, bool dropped)
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        record->answered = true;
+        record->dropped = dropped;
     }
 
     static HttpRequestRecord toRecord(const httplib::Request &request)
@@ -190,7 +358,16 @@ void LocalHttpServer::setDefaultReply(const HttpReply &reply)
 QList<HttpRequestRecord> LocalHttpServer::requests() const
 {
     std::lock_guard<std::mutex> lock(d->mutex);
-    return d->requests;
+    QList<HttpRequestRecord> records;
+    for (const auto &record : d->requests)
+        records.append(*record);
+    return records;
+}
+
+HttpRequestRecord LocalHttpServer::lastRequest() const
+{
+    std::lock_guard<std::mutex> lock(d->mutex);
+    return d->requests.isEmpty() ? HttpRequestRecord() : *d->requests.constLast();
 }
 
 int LocalHttpServer::requestCount() const
@@ -203,8 +380,8 @@ int LocalHttpServer::requestCount(const QByteArray &path) const
 {
     std::lock_guard<std::mutex> lock(d->mutex);
     int count = 0;
-    for (const HttpRequestRecord &record : d->requests)
-        count += record.path == path ? 1 : 0;
+    for (const auto &record : d->requests)
+        count += record->path == path ? 1 : 0;
     return count;
 }
 

@@ -5,11 +5,11 @@
 
 // Options of one request of VyrHttpManager.
 //
-// `timeoutMs`    how long the request may take before it is aborted; 0 takes
-//                the manager's default (VyrHttpManager::setDefaultTimeout).
+// `timeoutMs`    how long the whole transfer may take before it is aborted;
+//                0 takes the manager's default (VyrHttpManager::setDefaultTimeout).
 // `context`      the object the callback belongs to. Once it is destroyed the
-//                callback is never called; a null context at construction
-//                means the callback always runs.
+//                transfer is aborted and the callback is never called; a null
+//                context at construction means the callback always runs.
 // `logRequest`   one info line when the request goes out.
 // `logResponse`  one info line with the status and body size when it ends.
 //

@@ -16,11 +16,15 @@ public:
     QString errorString;
     // The address that was asked.
     QUrl url;
-    // QNetworkReply::NetworkError as a number; 0 when an answer arrived.
-    // An HTTP error status counts as a failure (Qt's 2xx/3xx rule).
+    // QNetworkReply::NetworkError as a number; 0 when an answer with a 2xx
+    // status arrived. Any other status is a failure: Qt's number for 4xx and
+    // 5xx, UnknownContentError (299) for a 3xx that was not followed.
     int networkError = 0;
-    // The body of the answer, also for an error status.
+    // The body of the answer, also for an error status; empty when the
+    // transfer was aborted (over the size cap, timed out, refused redirect).
     QByteArray body;
     // The HTTP status, 0 when none arrived (refused, timed out, aborted).
     int httpStatus = 0;
+    // Body bytes taken off the connection: never more than the cap plus one.
+    qint64 bytesReceived = 0;
 };

@@ -4,10 +4,12 @@
 #include "CoreEngine.h"
 #include "FileDownloader.h"
 #include "ImageGuard_p.h"
+#include "FileServerUrl_p.h"
 #include "ImageOp.h"
 #include "VyrUtils.h"
 
 #include <QBoxLayout>
+#include <QDebug>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPushButton>
@@ -25,6 +27,8 @@ constexpr int kCoverHeight = 20;
 constexpr int kHeadingWidth = 180;
 const QString kFallbackCover = QStringLiteral(":/chat/images/chat/cover.svg");
 const QString kScene = QStringLiteral("发布微课");
+// A refused path is logged, cut to this many characters.
+constexpr int kLoggedPathLength = 200;
 } // namespace
 
 MicroCourseNoticeWidget::MicroCourseNoticeWidget(quint64 id, int type, QJsonObject info, QWidget* parent)
@@ -108,8 +112,15 @@ void MicroCourseNoticeWidget::updateData()
         setAvatarPixmap(QPixmap(kFallbackCover));
         return;
     }
-    const QString address = VyrUtils::urlSplicing({VyrEngine::CoreEngine::instance()->fileServerPrefix(), coverUrl});
-    m_downloader->setTargetUrl(QUrl(address));
+    // The path comes from a server: fetched only from the file server, never elsewhere or locally.
+    QString refusal;
+    const QUrl address = FileServerUrl::resolve(VyrEngine::CoreEngine::instance()->fileServerPrefix(), coverUrl, &refusal);
+    if (address.isEmpty()) {
+        qInfo() << "micro-course cover refused:" << refusal << "coverUrl:" << coverUrl.left(kLoggedPathLength);
+        setAvatarPixmap(QPixmap(kFallbackCover));
+        return;
+    }
+    m_downloader->setTargetUrl(address);
     m_downloader->download(QNetworkRequest::PreferNetwork);
 }
 

@@ -17,7 +17,8 @@ class QPushButton;
 // server, may be empty). `type` must be 2; any other type or status closes
 // the window at once, since there is nothing to say. The cover is fetched
 // over HTTP from CoreEngine::fileServerPrefix() plus "coverUrl"; an empty
-// path or any failure shows the fallback cover instead.
+// path or any failure shows the fallback cover instead, and so does a path
+// that would lead off the file server (logged, nothing is fetched).
 //
 // A host creates the window, connects signalSeeDetails(), calls popNotice()
 // and keeps no pointer. It closes on the user's word, on log-out and 16
