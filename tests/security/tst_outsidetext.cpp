@@ -248,6 +248,20 @@ Shown homeworkSentence(const QString& title)
     return shown;
 }
 
+Shown homeworkReviewer(const QString& userName)
+{
+    ContactsEngine::instance()->putUser(UserInfo(kStudent, userName));
+    auto info = std::make_shared<HomeworkEntity>();
+    info->courseId = kCourse;
+    info->homeworkId = 6;
+    info->name = QStringLiteral("Essay");
+    Shown shown;
+    shown.window = std::make_unique<HomeworkNoticeWidget>(kStudent, 3, info, true);
+    shown.browser = child<QTextBrowser>(shown.window.get(), "m_contentBrowser");
+    shown.expected = elided(shown.browser, userName, 100);
+    return shown;
+}
+
 using Builder = std::function<Shown(const QString&)>;
 
 // Every label that shows a name or a server's words as typed.
@@ -276,6 +290,7 @@ const QList<QPair<QString, Builder>>& spanPlaces()
         {QStringLiteral("examText"), examSentence},
         {QStringLiteral("examReviewer"), examReviewer},
         {QStringLiteral("homeworkText"), homeworkSentence},
+        {QStringLiteral("homeworkReviewer"), homeworkReviewer},
     };
     return places;
 }

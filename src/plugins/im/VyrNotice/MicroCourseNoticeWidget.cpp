@@ -4,6 +4,7 @@
 #include "CoreEngine.h"
 #include "FileDownloader.h"
 #include "ImageOp.h"
+#include "OutsideText_p.h"
 #include "VyrUtils.h"
 
 #include <QBoxLayout>
@@ -53,7 +54,7 @@ void MicroCourseNoticeWidget::initUi()
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
     m_headingLabel->setFixedHeight(19);
     // The lecture's name is not escaped: markup in it must show as typed.
-    m_headingLabel->setTextFormat(Qt::PlainText);
+    OutsideText::makePlain(m_headingLabel);
     applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
     applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
 
