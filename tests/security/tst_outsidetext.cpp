@@ -306,8 +306,6 @@ Builder builderOf(const QList<QPair<QString, Builder>>& places, const QString& n
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::TextFormat)
-
 // Names and texts from other people and servers, shown where the library shows them.
 class TestOutsideText : public QObject
 {

@@ -35,7 +35,7 @@ public:
     StudyActivityNoticeWidgetDisplayPod& operator=(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
     ~StudyActivityNoticeWidgetDisplayPod();
 
-    /** The activity's kind: the pop-up's title, shown as typed; the row's body begins with it in brackets, as markup. */
+    /** The activity's kind: the pop-up's title, as typed; the row's body begins with it in brackets, as markup. */
     QString windowTitleText;
     /** The body of the notice, after the bracketed kind. Rich text, not escaped, not elided. */
     QString contentText;
