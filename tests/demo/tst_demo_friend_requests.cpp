@@ -92,7 +92,7 @@ void TestDemoFriendRequests::boxesSayWhatTheyMust_data()
 {
     QTest::addColumn<QString>("line");
     QTest::newRow("question") << "message box \"Question\" \"Delete the friend request from Ana Souza?\"";
-    QTest::newRow("error") << "message box \"Warning\" \"<b>Server busy</b>: the answer to Lin Wei wasn't saved & "
+    QTest::newRow("error") << "message box \"Warning\" \"Server busy: the answer to Lin Wei wasn't saved & "
                               "will be retried.\"";
     QTest::newRow("expired") << "message box \"Warning\" \"This request has expired: requests can only be answered "
                                 "within 7 days.\"";

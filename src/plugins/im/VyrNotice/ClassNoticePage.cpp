@@ -4,6 +4,7 @@
 #include "GlobalStyle.h"
 #include "ImageOp.h"
 #include "NameSpan_p.h"
+#include "OutsideText_p.h"
 #include "PopNoticeBaseWidget.h"
 #include "PushTracking_p.h"
 #include "VyrUtils.h"
@@ -31,7 +32,8 @@ QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* own
     auto* title = new QLabel(page);
     title->setObjectName(QStringLiteral("m_headingLabel"));
     title->setFixedHeight(19);
-    title->setText(heading);
+    // The heading becomes a course's or a cluster's name.
+    OutsideText::setPlain(title, heading);
 
     auto* browser = new QTextBrowser(page);
     browser->setObjectName(QStringLiteral("m_contentBrowser"));
@@ -139,7 +141,8 @@ void ClassNoticePage::setOuterMargins(QBoxLayout* layout)
 
 void ClassNoticePage::setHeading(QLabel* headingLabel, const QString& name)
 {
-    headingLabel->setText(
+    OutsideText::setPlain(
+        headingLabel,
         std::get<0>(VyrUtils::elidedTextToPixelLength(headingLabel, name, HeadingWidth, Qt::ElideRight)));
 }
 

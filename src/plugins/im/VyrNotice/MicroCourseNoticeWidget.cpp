@@ -6,6 +6,7 @@
 #include "ImageGuard_p.h"
 #include "FileServerUrl_p.h"
 #include "ImageOp.h"
+#include "OutsideText_p.h"
 #include "VyrUtils.h"
 
 #include <QBoxLayout>
@@ -58,7 +59,7 @@ void MicroCourseNoticeWidget::initUi()
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
     m_headingLabel->setFixedHeight(19);
     // The lecture's name is not escaped: markup in it must show as typed.
-    m_headingLabel->setTextFormat(Qt::PlainText);
+    OutsideText::makePlain(m_headingLabel);
     applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
     applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
 

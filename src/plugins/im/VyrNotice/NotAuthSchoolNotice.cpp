@@ -2,6 +2,7 @@
 
 #include "CoreEngine.h"
 #include "GlobalStyle.h"
+#include "HostName_p.h"
 #include "SchoolSettingManager.h"
 #include "VyrSettings.h"
 #include "VyrUtils.h"
@@ -19,6 +20,8 @@
 namespace {
 
 const int kDomainQueryFlag = 1;
+// A refused domain is logged this far; it may be of any length.
+const int kLoggedDomainLength = 80;
 
 } // namespace
 
@@ -107,6 +110,15 @@ void NotAuthSchoolNotice::toAuthLink()
 {
     QString url = VyrUtils::genTavlaUrl(TAVLA_URL_SCHOOL_CERTIFICATION);
     if (!m_uidDomainName.isEmpty()) {
+        // The server's domain becomes the host of the address: anything but a
+        // bare host name could lead elsewhere (a path, a user part, a port).
+        QString reason;
+        if (!HostName::isBare(m_uidDomainName, &reason)) {
+            qInfo() << "toAuthLink refused, the school domain is not a host name:" << reason
+                    << m_uidDomainName.left(kLoggedDomainLength) << "length" << m_uidDomainName.size();
+            emit signalClose();
+            return;
+        }
         // The page's path, reached through the school's own domain.
         url.remove(0, VyrUtils::getDomainUrl(true, true).length());
         url = QStringLiteral("https://") + VyrUtils::urlSplicing({m_uidDomainName, url});

@@ -21,7 +21,8 @@ class QPushButton;
  *
  * The certification button opens the school's certification page through the
  * school's own domain, asked from Org::SchoolSettingManager at construction;
- * the button stays disabled until that domain is known. The check box stores
+ * the button stays disabled until that domain is known. A domain that isn't a
+ * bare host name opens nothing: the refusal is logged and the notice closes. The check box stores
  * the setting "NOT_AUTH_SCHOOL_NOTICE" in the general VyrSettings store on
  * every click: true means go on reminding. The host reads it.
  *

@@ -9,6 +9,7 @@
 #include "ImSignalObject.h"
 #include "ImageOp.h"
 #include "NoticeRemindText.h"
+#include "OutsideText_p.h"
 #include "ResponsePod.h"
 #include "SimpleMessagePopup.h"
 #include "VyrHttpManager.h"
@@ -70,7 +71,7 @@ void NoticeRemindNoticeWidget::initUi()
     m_messageContentLabel->setFixedSize(kTextWidth, 40);
     m_messageContentLabel->setStyleSheet(QStringLiteral(
         "QLabel#messageContentLabel{font-size: 14px;font-weight: 400;color: #232323;background-color:transparent;}"));
-    m_messageContentLabel->setTextFormat(Qt::PlainText);
+    OutsideText::makePlain(m_messageContentLabel);
     m_messageContentLabel->setText(messageText());
 
     m_clusterNameLabel = new QLabel(this);
@@ -78,7 +79,7 @@ void NoticeRemindNoticeWidget::initUi()
     m_clusterNameLabel->setFixedSize(kTextWidth, 20);
     m_clusterNameLabel->setStyleSheet(QStringLiteral(
         "QLabel#clusterNameLabel{font-size: 14px;font-weight: 400;color: #999999;background-color:transparent;}"));
-    m_clusterNameLabel->setTextFormat(Qt::PlainText);
+    OutsideText::makePlain(m_clusterNameLabel);
     m_clusterNameLabel->setText(clusterName());
 
     m_viewNowBtn = new QPushButton(qtTrId("ID_Notice_ViewNow", -1), this);

@@ -3,6 +3,7 @@
 #include "GlobalStyle.h"
 #include "ImSignalObject.h"
 #include "Movable.h"
+#include "OutsideText_p.h"
 #include "PushTracking_p.h"
 #include "ScreenCorner.h"
 #include "VyrUtils.h"
@@ -54,6 +55,8 @@ QWidget* PopNoticeBaseWidget::createTitleWidget()
 {
     m_titleLabel = new QLabel(this);
     m_titleLabel->setObjectName(QStringLiteral("titleLabel"));
+    // Some titles are the host's words from a server (a study activity's).
+    OutsideText::makePlain(m_titleLabel);
     GlobalStyle::getInstance()->applyCurrentFontSize(m_titleLabel, 12, QFont::Medium);
     GlobalStyle::getInstance()->applyCurrentStyle(m_titleLabel, QStringLiteral("QLabel_IMMainStyle_Title"), false);
     VyrUtils::styleBold(m_titleLabel);

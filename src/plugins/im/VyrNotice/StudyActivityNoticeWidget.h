@@ -17,8 +17,8 @@ class QPushButton;
 class QTextBrowser;
 
 // The pop-up of one study activity. Its words are the host's: the display
-// record gives the title, the heading and the body (rich text, shown as it
-// comes), and the tracking's scene and body; the engine's appendix record
+// record gives the title and the heading (shown as typed), the body (rich
+// text, shown as it comes), and the tracking's scene and body; the engine's appendix record
 // says which activity and course it is about.
 //
 // A host creates the window with both records, connects signalSeeDetails(),

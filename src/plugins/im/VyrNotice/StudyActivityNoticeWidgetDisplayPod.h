@@ -35,7 +35,7 @@ public:
     StudyActivityNoticeWidgetDisplayPod& operator=(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
     ~StudyActivityNoticeWidgetDisplayPod();
 
-    /** The activity's kind; the row's body begins with it in brackets. Rich text, not escaped. */
+    /** The activity's kind: the pop-up's title, as typed; the row's body begins with it in brackets, as markup. */
     QString windowTitleText;
     /** The body of the notice, after the bracketed kind. Rich text, not escaped, not elided. */
     QString contentText;
@@ -63,7 +63,7 @@ public:
     bool flagH = false;
     /** Carried for the host. */
     bool lastFlag = false;   // the constructor's last argument, stored here on purpose
-    /** The heading of the notice: the gathered row's title. */
+    /** The heading of the notice, shown as typed: the pop-up's heading and the gathered row's title. */
     QString headingText;
     /** Empty: no argument fills it. */
     QString reservedText;

@@ -8,6 +8,7 @@
 #include "Model.h"
 #include "NameSpan_p.h"
 #include "OpaqueCommonPod.h"
+#include "OutsideText_p.h"
 
 #include <QBoxLayout>
 #include <QDebug>
@@ -56,6 +57,8 @@ void StudyReportNoticeWidget::initUi()
     m_headingLabel = new QLabel(m_contentWidget);
     m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
     m_headingLabel->setFixedHeight(19);
+    // The heading becomes the cluster's or the course's name.
+    OutsideText::makePlain(m_headingLabel);
     m_headingLabel->setText(isLearner() ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
                                         : qtTrId("ID_StudyReportNotice_TeachingReport", -1));
     applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);

@@ -2,6 +2,7 @@
 
 #include "ClassNoticePage_p.h"
 #include "NameSpan_p.h"
+#include "OutsideText_p.h"
 #include "PopNoticeBaseWidget.h"
 
 #include <QBoxLayout>
@@ -32,7 +33,7 @@ QLabel* buildHeading(PopNoticeBaseWidget* window, const QString& title)
     auto* heading = new QLabel(window);
     heading->setObjectName(QStringLiteral("m_headingLabel"));
     heading->setFixedHeight(19);
-    heading->setText(title);
+    OutsideText::setPlain(heading, title);
     window->applyCurrentStyle(heading, QStringLiteral("QLabel_MessageTitle"), false);
     window->applyCurrentFontSize(heading, 14, QFont::Medium);
     // Intended: the heading is built and hidden, never laid out; the card's title says it.

@@ -6,6 +6,7 @@
 #include "FriendRequestSortFilterProxyModel.h"
 #include "FriendRequestViewItem.h"
 #include "NoticeEngine.h"
+#include "OutsideText_p.h"
 #include "PersonInfoWidget.h"
 #include "TeenModeWidget.h"
 #include "UserInfo.h"
@@ -263,7 +264,8 @@ void FriendRequestTreeView::deleteOneSlot()
     const QString name = user->nickname().isEmpty() ? user->telephone() : user->nickname();
     const auto answer = ThemeMessageBox<1>::question(
         topLevelWidget(), VyrUtils::getMessageBoxTitle(QMessageBox::Question),
-        qtTrId("ID_friendrequesttreeview_IFDeleteFrindRequest", -1).arg(name),
+        // The box guesses the format: a name that looks like markup is shown as typed.
+        OutsideText::forAutoFormat(qtTrId("ID_friendrequesttreeview_IFDeleteFrindRequest", -1).arg(name)),
         VyrMessageBox::StandardButtons(VyrMessageBox::Yes | VyrMessageBox::No), VyrMessageBox::Yes);
     if (answer != VyrMessageBox::Yes)
         return;
@@ -276,5 +278,6 @@ void FriendRequestTreeView::deleteOneSlot()
 
 void FriendRequestTreeView::errorNotice(QString errorString)
 {
-    showWarning(errorString);
+    // The server's words, shown as typed.
+    showWarning(OutsideText::forAutoFormat(errorString));
 }
