@@ -17,7 +17,8 @@
 #include <QTextOption>
 
 QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* owner, const QString& heading,
-                                         QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser)
+                                         QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser,
+                                         QTextBrowser* browser)
 {
     auto* icon = new QLabel(page);
     icon->setObjectName(QStringLiteral("m_iconLabel"));
@@ -33,7 +34,8 @@ QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* own
     title->setFixedHeight(19);
     title->setText(heading);
 
-    auto* browser = new QTextBrowser(page);
+    if (!browser)
+        browser = new QTextBrowser(page);
     browser->setObjectName(QStringLiteral("m_contentBrowser"));
     browser->setWordWrapMode(QTextOption::WrapAnywhere);
     QTextOption option = browser->document()->defaultTextOption();
