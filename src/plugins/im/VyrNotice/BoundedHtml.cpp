@@ -180,9 +180,32 @@ double attributeLimit(const QString& name, bool isPercentage)
     return 0;
 }
 
+// Style text that names no address: Qt's style parser hands every url() to the
+// file system's path checks, and a backslash could spell one in escapes.
+QString inertCss(const QString& css)
+{
+    QString inert = css;
+    inert.replace(QLatin1Char('\\'), QLatin1Char(' '));
+    inert.replace(QLatin1String("url("), QLatin1String("url-refused("), Qt::CaseInsensitive);
+    return inert;
+}
+
+// `value` as an attribute value, in quotes that it doesn't hold.
+QString quoted(QString value)
+{
+    if (!value.contains(QLatin1Char('"')))
+        return QLatin1Char('"') + value + QLatin1Char('"');
+    value.remove(QLatin1Char('\''));
+    return QLatin1Char('\'') + value + QLatin1Char('\'');
+}
+
 // The new value of an attribute, or a null string to keep it.
 QString boundedValue(const QString& tagName, const Attribute& attribute)
 {
+    if (attribute.name == QLatin1String("style")) {
+        const QString inert = inertCss(attribute.value);
+        return inert == attribute.value ? QString() : inert;
+    }
     if (tagName == QLatin1String("img") && attribute.name == QLatin1String("src")) {
         if (!isOwnName(attribute.value))
             return kRefusedPicture;
@@ -215,7 +238,7 @@ public:
             m_out += kEllipsis;
             qInfo() << "rich text cut, reason:" << m_reason << "length:" << m_html.size() << "kept:" << m_out.size() - 1;
         } else if (m_clamped) {
-            qInfo() << "rich text sizes brought down, length:" << m_html.size();
+            qInfo() << "rich text attributes replaced, length:" << m_html.size();
         }
         return m_out;
     }
@@ -226,21 +249,28 @@ private:
         int next = m_html.indexOf(QLatin1Char('<'), pos);
         if (next < 0)
             next = m_html.size();
+        QString run = m_html.mid(pos, next - pos);
+        // Inside a style element the text is a style sheet.
+        if (m_open.contains(QStringLiteral("style"))) {
+            const QString inert = inertCss(run);
+            m_clamped = m_clamped || inert != run;
+            run = inert;
+        }
         const int room = BoundedHtml::MaxLength - m_out.size();
-        if (next - pos <= room) {
-            m_out += m_html.midRef(pos, next - pos);
+        if (run.size() <= room) {
+            m_out += run;
             return next;
         }
-        int cut = pos + qMax(room, 0);
+        int cut = qMax(room, 0);
         // Never half a character or half an entity.
-        if (cut > pos && m_html.at(cut - 1).isHighSurrogate())
+        if (cut > 0 && run.at(cut - 1).isHighSurrogate())
             --cut;
-        const int amp = m_html.lastIndexOf(QLatin1Char('&'), cut - 1);
-        if (amp >= pos && amp > cut - 10 && m_html.indexOf(QLatin1Char(';'), amp) >= cut)
+        const int amp = run.lastIndexOf(QLatin1Char('&'), cut - 1);
+        if (amp >= 0 && amp > cut - 10 && run.indexOf(QLatin1Char(';'), amp) >= cut)
             cut = amp;
-        m_out += m_html.midRef(pos, cut - pos);
+        m_out += run.leftRef(cut);
         m_reason = QStringLiteral("length");
-        return cut;
+        return next;
     }
 
     int takeTag(int pos)
@@ -273,8 +303,7 @@ private:
             if (value.isNull())
                 continue;
             m_clamped = true;
-            result.replace(attribute.valueStart - tagStart, attribute.valueEnd - attribute.valueStart,
-                           QLatin1Char('"') + value + QLatin1Char('"'));
+            result.replace(attribute.valueStart - tagStart, attribute.valueEnd - attribute.valueStart, quoted(value));
         }
         return result;
     }

@@ -308,12 +308,29 @@ void NoticeListViewItem::paintActivityBody(QPainter* painter, const QRect& body,
     drawDocument(painter, body, activityDocument(*texts, body.size()));
 }
 
+const QTextDocument* NoticeListViewItem::keptActivityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
+                                                              const QSize& bodySize) const
+{
+    for (const ActivityLayout& layout : m_activityLayouts) {
+        if (isLayoutOf(layout, texts, bodySize))
+            return layout.document.get();
+    }
+    return nullptr;
+}
+
+bool NoticeListViewItem::isLayoutOf(const ActivityLayout& layout, const StudyActivityNoticeWidgetDisplayPod& texts,
+                                    const QSize& size)
+{
+    // Shared strings compare at once; a changed text or width needs a new layout.
+    return layout.size == size && layout.windowTitleText == texts.windowTitleText
+        && layout.contentText == texts.contentText;
+}
+
 QTextDocument& NoticeListViewItem::activityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
                                                     const QSize& size) const
 {
-    const auto found = std::find_if(m_activityLayouts.begin(), m_activityLayouts.end(), [&](const ActivityLayout& l) {
-        return l.size == size && l.windowTitleText == texts.windowTitleText && l.contentText == texts.contentText;
-    });
+    const auto found = std::find_if(m_activityLayouts.begin(), m_activityLayouts.end(),
+                                    [&](const ActivityLayout& layout) { return isLayoutOf(layout, texts, size); });
     if (found != m_activityLayouts.end()) {
         std::rotate(found, found + 1, m_activityLayouts.end());
         return *m_activityLayouts.back().document;

@@ -51,6 +51,9 @@ public:
     // Study activity bodies are laid out once per text and body size and
     // reused on every repaint; this counts the layouts made.
     int activityLayoutCount() const { return m_activityLayoutCount; }
+    // The kept layout of these texts at this body size; null when there is none.
+    const QTextDocument* keptActivityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
+                                              const QSize& bodySize) const;
     // Rows whose layouts are kept at most.
     static constexpr int ActivityLayoutsKept = 8;
 
@@ -85,6 +88,8 @@ private:
         QSize size;
         std::unique_ptr<QTextDocument> document;
     };
+    static bool isLayoutOf(const ActivityLayout& layout, const StudyActivityNoticeWidgetDisplayPod& texts,
+                           const QSize& size);
     // The most recently used last.
     mutable std::vector<ActivityLayout> m_activityLayouts;
     mutable int m_activityLayoutCount = 0;
