@@ -92,7 +92,7 @@ private:
     void readDeclaration()
     {
         ++m_pos;
-        if (m_text.midRef(m_pos, 2) == QLatin1String("--")) {
+        if (QStringView(m_text).mid(m_pos, 2) == QLatin1String("--")) {
             const int end = m_text.indexOf(QLatin1String("-->"), m_pos + 2);
             m_pos = end >= 0 ? end + 3 : m_len;
         } else {
@@ -268,7 +268,7 @@ private:
         const int amp = run.lastIndexOf(QLatin1Char('&'), cut - 1);
         if (amp >= 0 && amp > cut - 10 && run.indexOf(QLatin1Char(';'), amp) >= cut)
             cut = amp;
-        m_out += run.leftRef(cut);
+        m_out += run.left(cut);
         m_reason = QStringLiteral("length");
         return next;
     }
