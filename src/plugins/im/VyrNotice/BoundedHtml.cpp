@@ -249,15 +249,17 @@ private:
         int next = m_html.indexOf(QLatin1Char('<'), pos);
         if (next < 0)
             next = m_html.size();
-        QString run = m_html.mid(pos, next - pos);
+        const int room = BoundedHtml::MaxLength - m_out.size();
+        // A run longer than the room is cut anyway: copy no more of it than that.
+        const int taken = qMin(next - pos, qMax(room, 0) + 1);
+        QString run = m_html.mid(pos, taken);
         // Inside a style element the text is a style sheet.
         if (m_open.contains(QStringLiteral("style"))) {
             const QString inert = inertCss(run);
             m_clamped = m_clamped || inert != run;
             run = inert;
         }
-        const int room = BoundedHtml::MaxLength - m_out.size();
-        if (run.size() <= room) {
+        if (taken == next - pos && run.size() <= room) {
             m_out += run;
             return next;
         }
@@ -266,7 +268,8 @@ private:
         if (cut > 0 && run.at(cut - 1).isHighSurrogate())
             --cut;
         const int amp = run.lastIndexOf(QLatin1Char('&'), cut - 1);
-        if (amp >= 0 && amp > cut - 10 && run.indexOf(QLatin1Char(';'), amp) >= cut)
+        const int semicolon = amp >= 0 ? run.indexOf(QLatin1Char(';'), amp) : -1;
+        if (amp >= 0 && amp > cut - 10 && (semicolon < 0 || semicolon >= cut))
             cut = amp;
         m_out += run.left(cut);
         m_reason = QStringLiteral("length");
