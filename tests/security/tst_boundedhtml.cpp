@@ -95,6 +95,7 @@ private slots:
     void boundedText_data();
     void boundedText();
     void rowIsLaidOutOncePerTextAndWidth();
+    void keptLayoutsAreFewAndGoWithTheirRecords();
     void cardLinkOpensNothing();
     void rowClickStillEmitsClickedItem();
 
@@ -150,7 +151,7 @@ QString TestBoundedHtml::showInRow(const QString& content, QImage* picture)
     model.appendRow(item);
     *picture = P::renderDelegate(delegate, optionFor(kRow), model.index(0, 0), kCanvas, Qt::white);
     const QTextDocument* shown =
-        delegate.keptActivityDocument(*notice->displayPod(), NoticeListViewItem::bodyRect(kRow).size());
+        delegate.keptActivityDocument(notice->displayPod(), NoticeListViewItem::bodyRect(kRow).size());
     return shown ? shown->toPlainText() : QStringLiteral("(no layout kept)");
 }
 
@@ -351,11 +352,11 @@ void TestBoundedHtml::rowIsLaidOutOncePerTextAndWidth()
     const QSize body = NoticeListViewItem::bodyRect(kRow).size();
 
     const QImage first = P::renderDelegate(delegate, optionFor(kRow), model.index(0, 0), kCanvas, Qt::white);
-    const QTextDocument* kept = delegate.keptActivityDocument(*notice->displayPod(), body);
+    const QTextDocument* kept = delegate.keptActivityDocument(notice->displayPod(), body);
     QVERIFY(kept);
     const QImage second = P::renderDelegate(delegate, optionFor(kRow), model.index(0, 0), kCanvas, Qt::white);
     QCOMPARE(delegate.activityLayoutCount(), 1);
-    QCOMPARE(delegate.keptActivityDocument(*notice->displayPod(), body), kept);
+    QCOMPARE(delegate.keptActivityDocument(notice->displayPod(), body), kept);
     QCOMPARE(second, first);
 
     const QRect wider = kRow.adjusted(0, 0, 20, 0);
@@ -365,8 +366,33 @@ void TestBoundedHtml::rowIsLaidOutOncePerTextAndWidth()
     notice->displayPod()->contentText = QStringLiteral("<b>due</b> Monday");
     const QImage changed = P::renderDelegate(delegate, optionFor(kRow), model.index(0, 0), kCanvas, Qt::white);
     QCOMPARE(delegate.activityLayoutCount(), 3);
-    QCOMPARE(delegate.keptActivityDocument(*notice->displayPod(), body)->toPlainText(), QStringLiteral("[Quiz] due Monday"));
+    QCOMPARE(delegate.keptActivityDocument(notice->displayPod(), body)->toPlainText(), QStringLiteral("[Quiz] due Monday"));
     QVERIFY(changed != first);
+}
+
+// At most a few layouts are kept, and none outlives its record's texts.
+void TestBoundedHtml::keptLayoutsAreFewAndGoWithTheirRecords()
+{
+    NoticeListViewItem delegate(nullptr);
+    QStandardItemModel model;
+    for (int i = 0; i < NoticeListViewItem::ActivityLayoutsKept + 3; ++i) {
+        auto* item = new QStandardItem;
+        item->setData(QVariant::fromValue(activityNotice(QStringLiteral("row %1").arg(i))), Qt::UserRole);
+        model.appendRow(item);
+    }
+    for (int i = 0; i < model.rowCount(); ++i)
+        P::renderDelegate(delegate, optionFor(kRow), model.index(i, 0), kCanvas, Qt::white);
+    QCOMPARE(delegate.activityLayoutCount(), model.rowCount());
+    QCOMPARE(delegate.keptActivityLayoutCount(), int(NoticeListViewItem::ActivityLayoutsKept));
+
+    // The rows go; the next paint drops their layouts.
+    model.clear();
+    QStandardItemModel next;
+    auto* item = new QStandardItem;
+    item->setData(QVariant::fromValue(activityNotice(QStringLiteral("next"))), Qt::UserRole);
+    next.appendRow(item);
+    P::renderDelegate(delegate, optionFor(kRow), next.index(0, 0), kCanvas, Qt::white);
+    QCOMPARE(delegate.keptActivityLayoutCount(), 1);
 }
 
 // A click on a link in the card opens nothing: no file in the card, no browser, no program.

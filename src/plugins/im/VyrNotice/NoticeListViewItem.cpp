@@ -305,11 +305,11 @@ void NoticeListViewItem::paintActivityBody(QPainter* painter, const QRect& body,
         paintRichBody(painter, body, QString());
         return;
     }
-    drawDocument(painter, body, activityDocument(*texts, body.size()));
+    drawDocument(painter, body, activityDocument(texts, body.size()));
 }
 
-const QTextDocument* NoticeListViewItem::keptActivityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
-                                                              const QSize& bodySize) const
+const QTextDocument* NoticeListViewItem::keptActivityDocument(
+    const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts, const QSize& bodySize) const
 {
     for (const ActivityLayout& layout : m_activityLayouts) {
         if (isLayoutOf(layout, texts, bodySize))
@@ -318,17 +318,21 @@ const QTextDocument* NoticeListViewItem::keptActivityDocument(const StudyActivit
     return nullptr;
 }
 
-bool NoticeListViewItem::isLayoutOf(const ActivityLayout& layout, const StudyActivityNoticeWidgetDisplayPod& texts,
-                                    const QSize& size)
+bool NoticeListViewItem::isLayoutOf(const ActivityLayout& layout,
+                                    const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts, const QSize& size)
 {
     // Shared strings compare at once; a changed text or width needs a new layout.
-    return layout.size == size && layout.windowTitleText == texts.windowTitleText
-        && layout.contentText == texts.contentText;
+    return layout.record == texts && layout.size == size && layout.windowTitleText == texts->windowTitleText
+        && layout.contentText == texts->contentText;
 }
 
-QTextDocument& NoticeListViewItem::activityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
+QTextDocument& NoticeListViewItem::activityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
                                                     const QSize& size) const
 {
+    // Layouts of records that are gone are dropped first.
+    m_activityLayouts.erase(std::remove_if(m_activityLayouts.begin(), m_activityLayouts.end(),
+                                           [](const ActivityLayout& layout) { return layout.record.isNull(); }),
+                            m_activityLayouts.end());
     const auto found = std::find_if(m_activityLayouts.begin(), m_activityLayouts.end(),
                                     [&](const ActivityLayout& layout) { return isLayoutOf(layout, texts, size); });
     if (found != m_activityLayouts.end()) {
@@ -339,21 +343,21 @@ QTextDocument& NoticeListViewItem::activityDocument(const StudyActivityNoticeWid
         m_activityLayouts.erase(m_activityLayouts.begin());
 
     // Set up as the shared document is; the host's markup is bounded and loads nothing.
-    auto* document = new BoundedHtml::Document;
+    auto document = std::make_unique<BoundedHtml::Document>();
     document->setDocumentMargin(m_textDocument.documentMargin());
     document->setDefaultTextOption(m_textDocument.defaultTextOption());
     document->setDefaultFont(m_textDocument.defaultFont());
     document->setPageSize(size);
-    QTextCursor cursor(document);
+    QTextCursor cursor(document.get());
     cursor.beginEditBlock();
-    document->insertBoundedHtml(cursor, studyActivityBody(texts));
+    document->insertBoundedHtml(cursor, studyActivityBody(*texts));
     cursor.endEditBlock();
     // Laid out here, once; every repaint draws this layout.
     document->documentLayout()->documentSize();
     ++m_activityLayoutCount;
-    m_activityLayouts.push_back({texts.windowTitleText, texts.contentText, size,
-                                 std::unique_ptr<QTextDocument>(document)});
-    return *document;
+    QTextDocument& laidOut = *document;
+    m_activityLayouts.push_back({texts, texts->windowTitleText, texts->contentText, size, std::move(document)});
+    return laidOut;
 }
 
 void NoticeListViewItem::drawDocument(QPainter* painter, const QRect& body, QTextDocument& document)

@@ -52,10 +52,11 @@ public:
     // reused on every repaint; this counts the layouts made.
     int activityLayoutCount() const { return m_activityLayoutCount; }
     // The kept layout of these texts at this body size; null when there is none.
-    const QTextDocument* keptActivityDocument(const StudyActivityNoticeWidgetDisplayPod& texts,
+    const QTextDocument* keptActivityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
                                               const QSize& bodySize) const;
     // Rows whose layouts are kept at most.
     static constexpr int ActivityLayoutsKept = 8;
+    int keptActivityLayoutCount() const { return int(m_activityLayouts.size()); }
 
 signals:
     void clickedItem(QAbstractItemModel* model, QModelIndex index);
@@ -71,7 +72,8 @@ private:
     void paintRichBody(QPainter* painter, const QRect& body, const QString& html) const;
     void paintActivityBody(QPainter* painter, const QRect& body, const VyrEngine::GatherNotice& notice) const;
     static void drawDocument(QPainter* painter, const QRect& body, QTextDocument& document);
-    QTextDocument& activityDocument(const StudyActivityNoticeWidgetDisplayPod& texts, const QSize& size) const;
+    QTextDocument& activityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
+                                    const QSize& size) const;
 
     QString lessonNameSpan(const QString& lessonName, const QFontMetrics& bodyMetrics) const;
 
@@ -80,15 +82,17 @@ private:
     mutable QTextDocument m_textDocument;
     mutable QTextCursor m_textCursor;
 
-    // A study activity's body as laid out for one text and body size.
+    // A study activity's body as laid out for one record's texts and body size.
+    // It goes with its record, so that it keeps no text alive.
     struct ActivityLayout
     {
+        QWeakPointer<StudyActivityNoticeWidgetDisplayPod> record;
         QString windowTitleText;
         QString contentText;
         QSize size;
         std::unique_ptr<QTextDocument> document;
     };
-    static bool isLayoutOf(const ActivityLayout& layout, const StudyActivityNoticeWidgetDisplayPod& texts,
+    static bool isLayoutOf(const ActivityLayout& layout, const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
                            const QSize& size);
     // The most recently used last.
     mutable std::vector<ActivityLayout> m_activityLayouts;
