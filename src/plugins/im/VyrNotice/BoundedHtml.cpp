@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QImage>
 #include <QTextCursor>
-#include <QTextDocumentFragment>
 #include <QUrl>
 
 namespace {
@@ -408,11 +407,6 @@ void BoundedHtml::Document::insertBoundedHtml(QTextCursor& cursor, const QString
     cursor.insertHtml(bounded(html));
 }
 
-void BoundedHtml::Document::setBoundedHtml(const QString& html)
-{
-    setHtml(bounded(html));
-}
-
 QVariant BoundedHtml::Document::loadResource(int type, const QUrl& name)
 {
     return ownResource(type, name);
@@ -420,9 +414,9 @@ QVariant BoundedHtml::Document::loadResource(int type, const QUrl& name)
 
 BoundedHtml::Browser::Browser(QWidget* parent)
     : QTextBrowser(parent)
-    , m_document(new Document(this))
 {
-    setDocument(m_document);
+    // Set before anything styles the browser, so that its settings reach this document.
+    setDocument(new Document(this));
     // Links lead nowhere: no page is loaded into the card, no program opened.
     setOpenLinks(false);
     setOpenExternalLinks(false);

@@ -52,14 +52,14 @@ public:
     static QImage refusedPicture();
 
     // A document that loads only ownResource(). Its text comes in through
-    // insertBoundedHtml() or setBoundedHtml(), bounded on the way.
+    // insertBoundedHtml(), bounded on the way.
     class Document : public QTextDocument
     {
     public:
         explicit Document(QObject* parent = nullptr);
 
+        // As QTextCursor::insertHtml() on `cursor`, a cursor on this document.
         void insertBoundedHtml(QTextCursor& cursor, const QString& html);
-        void setBoundedHtml(const QString& html);
 
     protected:
         QVariant loadResource(int type, const QUrl& name) override;
@@ -74,7 +74,6 @@ public:
 
         // `text` bounded, then shown as QTextEdit::setText() shows it.
         void setBoundedText(const QString& text);
-        Document* boundedDocument() const { return m_document; }
 
         QVariant loadResource(int type, const QUrl& name) override;
 
@@ -85,8 +84,5 @@ public:
     protected:
         void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 #endif
-
-    private:
-        Document* m_document = nullptr;
     };
 };
