@@ -7,7 +7,9 @@
 #include "TestKit.h"
 #include "VyrUtils.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
+#include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -92,6 +94,8 @@ private slots:
     void hostileText();
     void ordinaryMarkupTakesEffect_data();
     void ordinaryMarkupTakesEffect();
+    void ordinaryRowLooksAsUnbounded_data();
+    void ordinaryRowLooksAsUnbounded();
     void boundedText_data();
     void boundedText();
     void rowIsLaidOutOncePerTextAndWidth();
@@ -292,6 +296,52 @@ void TestBoundedHtml::ordinaryMarkupTakesEffect()
         QVERIFY(P::countPixels(picture, picture.rect(), [](QRgb p) { return qGray(p) < 140; })
                 > P::countPixels(plainPicture, plainPicture.rect(), [](QRgb p) { return qGray(p) < 140; }));
     }
+}
+
+void TestBoundedHtml::ordinaryRowLooksAsUnbounded_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::newRow("bold") << QStringLiteral("<b>due</b> Friday");
+    QTest::newRow("colour") << QStringLiteral("<span style='color:#009265;'>Mr Li</span> published a quiz");
+    QTest::newRow("break") << QStringLiteral("one<br>two");
+    QTest::newRow("wrapping") << QStringLiteral("plain words only, enough of them to wrap onto a second line and more");
+    QTest::newRow("long word") << QStringLiteral("AVeryLongWordWithoutAnySpaceThatMustBreakSomewhereInsideTheRow");
+    QTest::newRow("cjk") << QString::fromUtf8("学习活动：请在周五之前完成<b>第四章</b>的阅读");
+    QTest::newRow("link") << QStringLiteral("see <a href='https://example.com/'>the page</a> &amp; more");
+    QTest::newRow("paragraphs") << QStringLiteral("<p>one</p><p>two</p>");
+    QTest::newRow("table") << QStringLiteral("<table border=1><tr><td>a</td><td>b</td></tr></table>");
+}
+
+// Ordinary markup in the row paints, pixel for pixel, as the same markup laid out with no bounds.
+void TestBoundedHtml::ordinaryRowLooksAsUnbounded()
+{
+    QFETCH(QString, content);
+    QImage row;
+    showInRow(content, &row);
+
+    // The unbounded way: one plain document set up as the row's, drawn into the body.
+    const QRect body = NoticeListViewItem::bodyRect(kRow);
+    const QImage expected = P::paint(kCanvas, Qt::white, [&](QPainter& painter) {
+        QTextDocument document;
+        document.setDocumentMargin(0);
+        QTextOption option(Qt::AlignLeft);
+        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        option.setTextDirection(Qt::LeftToRight);
+        document.setDefaultTextOption(option);
+        QFont font = document.defaultFont();
+        font.setPixelSize(14);
+        document.setDefaultFont(font);
+        document.setPageSize(body.size());
+        QTextCursor(&document).insertHtml(QStringLiteral("[Quiz] ") + content);
+        painter.translate(body.topLeft());
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.palette.setColor(QPalette::Text, QColor(QStringLiteral("#666666")));
+        context.clip = QRectF(0, 0, body.width(), body.height());
+        painter.setClipRect(context.clip);
+        document.documentLayout()->draw(&painter, context);
+    });
+    QVERIFY(P::countPixels(expected, body, [](QRgb p) { return qGray(p) < 200; }) > 20);
+    QCOMPARE(P::differingPixels(row, expected, body), 0);
 }
 
 void TestBoundedHtml::boundedText_data()
