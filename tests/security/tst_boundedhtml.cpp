@@ -361,6 +361,11 @@ void TestBoundedHtml::boundedText_data()
                                      << QStringLiteral("<b title=a'b>") + cell + cell + e;
     QTest::newRow("cells") << QStringLiteral("<td>c</td>").repeated(40)
                            << QStringLiteral("<td>c</td>").repeated(BoundedHtml::MaxCells) + e;
+    QTest::newRow("closed tables") << QStringLiteral("<table/>").repeated(10)
+                                   << QStringLiteral("<table/>").repeated(BoundedHtml::MaxTables) + e;
+    QTest::newRow("closed cells") << QStringLiteral("<td/>").repeated(40)
+                                  << QStringLiteral("<td/>").repeated(BoundedHtml::MaxCells) + e;
+    QTest::newRow("self-closed") << QStringLiteral("<i/>").repeated(40) << QStringLiteral("<i/>").repeated(40);
     QTest::newRow("colspan") << QStringLiteral("<td colspan=99999>") << QStringLiteral("<td colspan=\"8\">");
     QTest::newRow("width") << QStringLiteral("<table width='1e9' border=5>") << QStringLiteral("<table width=\"1000\" border=5>");
     QTest::newRow("percent") << QStringLiteral("<table width=900%>") << QStringLiteral("<table width=\"100%\">");

@@ -315,7 +315,7 @@ private:
     {
         static const QStringList kChildless = {QStringLiteral("img"), QStringLiteral("br"), QStringLiteral("hr"),
                                                QStringLiteral("meta")};
-        if (tag.selfClosed || kChildless.contains(tag.name))
+        if (kChildless.contains(tag.name))
             return true;
         QStringList added;
         // A paragraph or list item ends the one open right before it.
@@ -332,6 +332,9 @@ private:
         added << tag.name;
 
         const int tablesAdded = added.count(QStringLiteral("table"));
+        // A closed tag stays open only in the table and row made around it.
+        if (tag.selfClosed)
+            added.removeLast();
         if (m_open.size() + added.size() > BoundedHtml::MaxDepth)
             m_reason = QStringLiteral("nesting");
         else if (tablesAdded && m_open.count(QStringLiteral("table")) + tablesAdded > BoundedHtml::MaxTableDepth)
