@@ -84,6 +84,10 @@ QMap<QString, QString> inputs(const QString& localPicture)
     m["in-bounds-img"] = repeated("<img src=:/x width=1000 height=1000>", 28);
     m["in-bounds-lists"] = repeated(repeated("<ul><li>", 8) + "x" + repeated("</li></ul>", 8), 3);
     m["in-bounds-entities"] = repeated("&#x1F600;", 113);
+    QString families;
+    for (int i = 0; families.size() < BoundedHtml::MaxLength - 40; ++i)
+        families += QStringLiteral("<font face=f%1>x</font>").arg(i);
+    m["in-bounds-families"] = families;
     return m;
 }
 
