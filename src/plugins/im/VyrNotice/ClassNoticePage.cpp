@@ -18,7 +18,8 @@
 #include <QTextOption>
 
 QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* owner, const QString& heading,
-                                         QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser)
+                                         QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser,
+                                         QTextBrowser* browser)
 {
     auto* icon = new QLabel(page);
     icon->setObjectName(QStringLiteral("m_iconLabel"));
@@ -35,7 +36,8 @@ QBoxLayout* ClassNoticePage::buildTopRow(QWidget* page, PopNoticeBaseWidget* own
     // The heading becomes a course's or a cluster's name.
     OutsideText::setPlain(title, heading);
 
-    auto* browser = new QTextBrowser(page);
+    if (!browser)
+        browser = new QTextBrowser(page);
     browser->setObjectName(QStringLiteral("m_contentBrowser"));
     browser->setWordWrapMode(QTextOption::WrapAnywhere);
     QTextOption option = browser->document()->defaultTextOption();

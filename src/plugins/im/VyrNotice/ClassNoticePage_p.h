@@ -25,9 +25,11 @@ public:
     static constexpr int HeadingWidth = 200;
 
     // The top row: the picture column, then the heading, spacing 4 and the
-    // text browser. `owner` styles the labels; it may be null.
+    // text browser. `owner` styles the labels; it may be null. `browser` is the
+    // text browser to place, made by the caller; when null a plain one is made.
     static QBoxLayout* buildTopRow(QWidget* page, PopNoticeBaseWidget* owner, const QString& heading,
-                                   QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser);
+                                   QLabel** iconLabel, QLabel** headingLabel, QTextBrowser** contentBrowser,
+                                   QTextBrowser* browser = nullptr);
     // The top row of the label-based cards: `picture` at the top of its column
     // (`pictureTop` pixels down), 12 pixels, then `heading`, 4 pixels and `content`.
     static QBoxLayout* buildPictureAndText(QLabel* picture, int pictureTop, QLabel* heading, QLabel* content);

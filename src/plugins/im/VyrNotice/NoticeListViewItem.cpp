@@ -1,6 +1,7 @@
 #include "NoticeListViewItem.h"
 
 #include "AvatarManager.h"
+#include "BoundedHtml_p.h"
 #include "ClusterID.h"
 #include "CoreEngine.h"
 #include "ImageOp.h"
@@ -15,6 +16,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <algorithm>
 
 namespace {
 
@@ -76,13 +79,10 @@ QString studyReportBody(const VyrEngine::GatherNotice& notice, const QFontMetric
     return line.contains(QLatin1String("%1")) ? line.arg(span) : line;
 }
 
-QString studyActivityBody(const VyrEngine::GatherNotice& notice)
+QString studyActivityBody(const StudyActivityNoticeWidgetDisplayPod& texts)
 {
-    const auto displayPod = notice.displayPod();
-    if (!displayPod)
-        return QString();
-    // The host's texts are markup already: not escaped, not cut.
-    return QStringLiteral("[%1] %2").arg(displayPod->windowTitleText, displayPod->contentText);
+    // The host's texts are markup already: not escaped here, and only bounded where they are laid out.
+    return QStringLiteral("[%1] %2").arg(texts.windowTitleText, texts.contentText);
 }
 
 } // namespace
@@ -214,7 +214,9 @@ void NoticeListViewItem::paintText(QPainter* painter, const QRect& rowRect, cons
     painter->drawText(timeRect, Qt::AlignRight | Qt::AlignTop, timeText(notice.time()));
 
     setFontPixelSize(painter, 14);
-    const BodyText text = bodyText(notice, painter->fontMetrics(), body.width());
+    // An activity's body is laid out from its texts once, not built at each paint.
+    const bool isActivity = notice.type() == VyrEngine::StudyActivity;
+    const BodyText text = isActivity ? BodyText() : bodyText(notice, painter->fontMetrics(), body.width());
     if (hasEnterButton(notice)) {
         const QRect button = enterButtonRect(rowRect);
         paintEnterButton(painter, button);
@@ -222,7 +224,9 @@ void NoticeListViewItem::paintText(QPainter* painter, const QRect& rowRect, cons
     }
 
     painter->save();
-    if (text.isRichText)
+    if (isActivity)
+        paintActivityBody(painter, body, notice);
+    else if (text.isRichText)
         paintRichBody(painter, body, text.text);
     else
         paintPlainBody(painter, body, text.text);
@@ -244,7 +248,7 @@ NoticeListViewItem::BodyText NoticeListViewItem::bodyText(const VyrEngine::Gathe
     case VyrEngine::StudyReport:
         return {studyReportBody(notice, bodyMetrics, bodyWidth), true};
     case VyrEngine::StudyActivity:
-        return {studyActivityBody(notice), true};
+        return {notice.displayPod() ? studyActivityBody(*notice.displayPod()) : QString(), true};
     case VyrEngine::LessonAhead:
     case VyrEngine::LessonPrepare:
     case VyrEngine::LessonStart:
@@ -290,14 +294,81 @@ void NoticeListViewItem::paintRichBody(QPainter* painter, const QRect& body, con
     m_textCursor.beginEditBlock();
     m_textCursor.insertHtml(html);
     m_textCursor.endEditBlock();
+    drawDocument(painter, body, m_textDocument);
+}
 
+void NoticeListViewItem::paintActivityBody(QPainter* painter, const QRect& body,
+                                           const VyrEngine::GatherNotice& notice) const
+{
+    const auto texts = notice.displayPod();
+    if (!texts) {
+        paintRichBody(painter, body, QString());
+        return;
+    }
+    drawDocument(painter, body, activityDocument(texts, body.size()));
+}
+
+const QTextDocument* NoticeListViewItem::keptActivityDocument(
+    const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts, const QSize& bodySize) const
+{
+    for (const ActivityLayout& layout : m_activityLayouts) {
+        if (isLayoutOf(layout, texts, bodySize))
+            return layout.document.get();
+    }
+    return nullptr;
+}
+
+bool NoticeListViewItem::isLayoutOf(const ActivityLayout& layout,
+                                    const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts, const QSize& size)
+{
+    // Shared strings compare at once; a changed text or width needs a new layout.
+    return layout.record == texts && layout.size == size && layout.windowTitleText == texts->windowTitleText
+        && layout.contentText == texts->contentText;
+}
+
+QTextDocument& NoticeListViewItem::activityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
+                                                    const QSize& size) const
+{
+    // Layouts of records that are gone are dropped first.
+    m_activityLayouts.erase(std::remove_if(m_activityLayouts.begin(), m_activityLayouts.end(),
+                                           [](const ActivityLayout& layout) { return layout.record.isNull(); }),
+                            m_activityLayouts.end());
+    const auto found = std::find_if(m_activityLayouts.begin(), m_activityLayouts.end(),
+                                    [&](const ActivityLayout& layout) { return isLayoutOf(layout, texts, size); });
+    if (found != m_activityLayouts.end()) {
+        std::rotate(found, found + 1, m_activityLayouts.end());
+        return *m_activityLayouts.back().document;
+    }
+    if (int(m_activityLayouts.size()) >= ActivityLayoutsKept)
+        m_activityLayouts.erase(m_activityLayouts.begin());
+
+    // Set up as the shared document is; the host's markup is bounded and loads nothing.
+    auto document = std::make_unique<BoundedHtml::Document>();
+    document->setDocumentMargin(m_textDocument.documentMargin());
+    document->setDefaultTextOption(m_textDocument.defaultTextOption());
+    document->setDefaultFont(m_textDocument.defaultFont());
+    document->setPageSize(size);
+    QTextCursor cursor(document.get());
+    cursor.beginEditBlock();
+    document->insertBoundedHtml(cursor, studyActivityBody(*texts));
+    cursor.endEditBlock();
+    // Laid out here, once; every repaint draws this layout.
+    document->documentLayout()->documentSize();
+    ++m_activityLayoutCount;
+    QTextDocument& laidOut = *document;
+    m_activityLayouts.push_back({texts, texts->windowTitleText, texts->contentText, size, std::move(document)});
+    return laidOut;
+}
+
+void NoticeListViewItem::drawDocument(QPainter* painter, const QRect& body, QTextDocument& document)
+{
     painter->translate(body.topLeft());
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette.setColor(QPalette::Text, QColor(kBodyColor));
     const QRect clip(0, 0, body.width(), body.height());
     painter->setClipRect(clip, Qt::ReplaceClip);
     context.clip = clip;
-    m_textDocument.documentLayout()->draw(painter, context);
+    document.documentLayout()->draw(painter, context);
 }
 
 bool NoticeListViewItem::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,

@@ -7,6 +7,9 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <memory>
+#include <vector>
+
 class QFontMetrics;
 
 // Paints one row of a gathered-notice window: avatar, title, time, body and,
@@ -45,6 +48,16 @@ public:
     static QRect enterButtonRect(const QRect& rowRect);
     static bool hasEnterButton(const VyrEngine::GatherNotice& notice);
 
+    // Study activity bodies are laid out once per text and body size and
+    // reused on every repaint; this counts the layouts made.
+    int activityLayoutCount() const { return m_activityLayoutCount; }
+    // The kept layout of these texts at this body size; null when there is none.
+    const QTextDocument* keptActivityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
+                                              const QSize& bodySize) const;
+    // Rows whose layouts are kept at most.
+    static constexpr int ActivityLayoutsKept = 8;
+    int keptActivityLayoutCount() const { return int(m_activityLayouts.size()); }
+
 signals:
     void clickedItem(QAbstractItemModel* model, QModelIndex index);
     void enterClassRoom(QAbstractItemModel* model, QModelIndex index);
@@ -57,6 +70,10 @@ private:
     static void paintEnterButton(QPainter* painter, const QRect& buttonRect);
     static void paintPlainBody(QPainter* painter, const QRect& body, const QString& text);
     void paintRichBody(QPainter* painter, const QRect& body, const QString& html) const;
+    void paintActivityBody(QPainter* painter, const QRect& body, const VyrEngine::GatherNotice& notice) const;
+    static void drawDocument(QPainter* painter, const QRect& body, QTextDocument& document);
+    QTextDocument& activityDocument(const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
+                                    const QSize& size) const;
 
     QString lessonNameSpan(const QString& lessonName, const QFontMetrics& bodyMetrics) const;
 
@@ -64,4 +81,20 @@ private:
     // Reused for every rich row; paint() is const but lays text out here.
     mutable QTextDocument m_textDocument;
     mutable QTextCursor m_textCursor;
+
+    // A study activity's body as laid out for one record's texts and body size.
+    // It goes with its record, so that it keeps no text alive.
+    struct ActivityLayout
+    {
+        QWeakPointer<StudyActivityNoticeWidgetDisplayPod> record;
+        QString windowTitleText;
+        QString contentText;
+        QSize size;
+        std::unique_ptr<QTextDocument> document;
+    };
+    static bool isLayoutOf(const ActivityLayout& layout, const QSharedPointer<StudyActivityNoticeWidgetDisplayPod>& texts,
+                           const QSize& size);
+    // The most recently used last.
+    mutable std::vector<ActivityLayout> m_activityLayouts;
+    mutable int m_activityLayoutCount = 0;
 };

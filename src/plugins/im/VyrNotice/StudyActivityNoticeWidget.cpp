@@ -1,5 +1,6 @@
 #include "StudyActivityNoticeWidget.h"
 
+#include "BoundedHtml_p.h"
 #include "ClassNoticePage_p.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
@@ -48,9 +49,11 @@ void StudyActivityNoticeWidget::initUi()
     // Shown only when the display record's texts are empty: updateData replaces both.
     setWindowTitle(qtTrId("ID_HomeworkNotice_TaskNotice", -1));
 
+    // The host's rich text, in a browser that follows no link and loads nothing from outside.
     QBoxLayout* topRow =
         ClassNoticePage::buildTopRow(m_contentWidget, this, qtTrId("ID_HomeworkNotice_TaskNotice", -1),
-                                     &m_iconLabel, &m_headingLabel, &m_contentBrowser);
+                                     &m_iconLabel, &m_headingLabel, &m_contentBrowser,
+                                     new BoundedHtml::Browser(m_contentWidget));
     m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
                                .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
 
@@ -92,8 +95,8 @@ void StudyActivityNoticeWidget::updateData()
     Q_UNUSED(titleSpan)
     Q_UNUSED(userSpan)
     Q_UNUSED(paddedSpan)
-    // The host's rich text, as it comes: no escaping here.
-    m_contentBrowser->setText(m_displayPod->contentText);
+    // The host's rich text, as it comes: no escaping here, only bounds. The browser is made in initUi.
+    static_cast<BoundedHtml::Browser*>(m_contentBrowser)->setBoundedText(m_displayPod->contentText);
 }
 
 bool StudyActivityNoticeWidget::isSameActivity(QSharedPointer<AppendixDataPod> other)

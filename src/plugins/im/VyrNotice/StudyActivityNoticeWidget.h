@@ -18,8 +18,11 @@ class QTextBrowser;
 
 // The pop-up of one study activity. Its words are the host's: the display
 // record gives the title and the heading (shown as typed), the body (rich
-// text, shown as it comes), and the tracking's scene and body; the engine's appendix record
-// says which activity and course it is about.
+// text, shown as it comes: not escaped, but cut with "…" past 1,024
+// characters of markup or deep nesting; it loads no picture or style sheet
+// from outside the library, and a click on a link in it opens nothing), and
+// the tracking's scene and body; the engine's appendix record says which
+// activity and course it is about.
 //
 // A host creates the window with both records, connects signalSeeDetails(),
 // calls popNotice() and keeps no pointer. The window closes itself when the
