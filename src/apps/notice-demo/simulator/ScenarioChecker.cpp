@@ -122,21 +122,25 @@ bool ScenarioChecker::load(const QString& path, QJsonObject* scenario, QStringLi
         *errors << QStringLiteral("%1: cannot open it: %2").arg(path, file.errorString());
         return false;
     }
-    const QByteArray json = file.readAll();
+    return read(file.readAll(), path, scenario, errors);
+}
+
+bool ScenarioChecker::read(const QByteArray& json, const QString& name, QJsonObject* scenario, QStringList* errors)
+{
     QJsonParseError parseError;
     const QJsonDocument doc = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
-        *errors << QStringLiteral("%1: %2").arg(path, describeSyntaxError(json, parseError));
+        *errors << QStringLiteral("%1: %2").arg(name, describeSyntaxError(json, parseError));
         return false;
     }
     if (!doc.isObject()) {
-        *errors << QStringLiteral("%1: top level: expected an object").arg(path);
+        *errors << QStringLiteral("%1: top level: expected an object").arg(name);
         return false;
     }
     QJsonObject checked = doc.object();
     const QStringList problems = check(&checked);
     for (const QString& problem : problems)
-        *errors << QStringLiteral("%1: %2").arg(path, problem);
+        *errors << QStringLiteral("%1: %2").arg(name, problem);
     if (!problems.isEmpty())
         return false;
     *scenario = checked;
