@@ -161,10 +161,11 @@ QString ScenarioChecker::describeSyntaxError(const QByteArray& json, const QJson
     // The parser's byte offset is just past the character it choked on (but at
     // stray text after the document, and at the end of the data); people count
     // lines and characters from 1.
-    int offset = error.offset;
+    // At an unterminated string or document the offset lies past the data.
+    int offset = qBound(0, error.offset, json.size());
     if (error.error != QJsonParseError::GarbageAtEnd && offset > 0 && offset < json.size())
         --offset;
-    while (offset > 0 && (json.at(offset) & 0xC0) == 0x80)
+    while (offset > 0 && offset < json.size() && (json.at(offset) & 0xC0) == 0x80)
         --offset;   // not inside a UTF-8 sequence
     const QByteArray before = json.left(offset);
     const int line = before.count('\n') + 1;
