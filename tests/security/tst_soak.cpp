@@ -66,6 +66,17 @@ const QStringList& hostilePieces()
     return pieces;
 }
 
+QtMessageHandler g_testHandler = nullptr;
+
+// Thousands of operations log tens of thousands of lines; only the soak's own
+// lines and critical ones are kept, so its seed and summary stay in sight.
+void keepSoakLines(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    const bool own = context.file && QByteArray(context.file).contains("tst_soak");
+    if (own || type == QtCriticalMsg || type == QtFatalMsg)
+        g_testHandler(type, context, message);
+}
+
 } // namespace
 
 // A seeded random run over the library's outside surface for VYR_SOAK_SECONDS
@@ -118,6 +129,7 @@ private:
 
 void TestSoak::initTestCase()
 {
+    g_testHandler = qInstallMessageHandler(keepSoakLines);
     QVERIFY(TestKit::loadTranslations());
     TestKit::resetAll();
     H::useTestScreen();
@@ -146,6 +158,7 @@ void TestSoak::cleanupTestCase()
     TestKit::resetAll();
     H::runDeferredDeletes();
     ScreenCorner::clearOverride();
+    qInstallMessageHandler(g_testHandler);
 }
 
 // Operations at random until the time is up; afterwards every pop-up closes
