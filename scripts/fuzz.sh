@@ -56,10 +56,10 @@ for target in "${targets[@]}"; do
     echo "---- $target: last lines of its log ----"
     tail -n 60 "$log"
   fi
-  stat() { sed -n "s/^stat::$1: *//p" "$log" | tail -n1; }
+  stat_of() { sed -n "s/^stat::$1: *//p" "$log" | tail -n1; }
   summary+=("$(printf 'fuzz: %-24s %-6s %8s runs  %6s exec/s  %4s new units  %5s MB peak' \
-    "$target" "$status" "$(stat number_of_executed_units)" "$(stat average_exec_per_sec)" \
-    "$(stat new_units_added)" "$(stat peak_rss_mb)")")
+    "$target" "$status" "$(stat_of number_of_executed_units)" "$(stat_of average_exec_per_sec)" \
+    "$(stat_of new_units_added)" "$(stat_of peak_rss_mb)")")
 done
 
 printf '%s\n' "${summary[@]}"
