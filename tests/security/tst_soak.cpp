@@ -101,6 +101,7 @@ private:
     // Intake of the gathered list.
     void intake();
     void remakeGatheredWindows();
+    void actOnGathered();
     // Single pop-ups.
     void popSingle();
     void actOnSingle();
@@ -246,6 +247,8 @@ void TestSoak::step()
     default:
         if (m_random.bounded(0, 50) == 0)
             remakeGatheredWindows();
+        else
+            actOnGathered();
         break;
     }
     settleBriefly();
@@ -330,6 +333,35 @@ void TestSoak::remakeGatheredWindows()
     new HostWiring(m_lessonWindow, VyrEngine::NoticeCategory::Lesson);
     new HostWiring(m_activityWindow, VyrEngine::NoticeCategory::Activity);
     ++m_counts[QStringLiteral("release")];
+}
+
+void TestSoak::actOnGathered()
+{
+    NoticeListWidget* window = m_random.bounded(0, 2) ? m_lessonWindow.data() : m_activityWindow.data();
+    if (!window || !window->isVisible())
+        return;
+    switch (m_random.bounded(0, 3)) {
+    case 0:
+        // Its hold runs out: the window fades and takes its category's rows along.
+        driveTimers(window);
+        break;
+    case 1: {
+        // A press on a row: its details, the classroom, or its close button.
+        const QList<QAbstractItemView*> views = window->findChildren<QAbstractItemView*>();
+        if (views.isEmpty())
+            break;
+        QWidget* viewport = views.first()->viewport();
+        const QPoint at(m_random.bounded(0, qMax(1, viewport->width())),
+                        m_random.bounded(0, qMax(1, viewport->height())));
+        QTest::mouseMove(viewport, at);
+        QTest::mouseClick(viewport, Qt::LeftButton, Qt::NoModifier, at);
+        ++m_counts[QStringLiteral("rowClick")];
+        break;
+    }
+    default:
+        clickSomething(window);
+        break;
+    }
 }
 
 void TestSoak::popSingle()
