@@ -121,6 +121,7 @@ private:
     QTemporaryDir m_settingsDir;
     VyrDev::LocalHttpServer m_server;
     QList<QPointer<QWidget>> m_singles;
+    QModelIndex m_staleIndex;
     QPointer<NoticeListWidget> m_lessonWindow;
     QPointer<NoticeListWidget> m_activityWindow;
     QPointer<FriendRequestWidget> m_friendPage;
@@ -299,10 +300,13 @@ void TestSoak::intake()
         model->addContactorAddNotice();
         break;
     case 5:
-        if (model->rowCount() > 0)
-            model->delNotice(model->index(m_random.bounded(0, model->rowCount() + 1), 0));
+        // A row's index now, or one kept from before rows went.
+        if (m_random.bounded(0, 3) == 0 && m_staleIndex.model() == model)
+            model->delNotice(m_staleIndex);
         else
-            model->delNotice(model->index(0, 0));
+            model->delNotice(model->index(m_random.bounded(0, model->rowCount() + 1), 0));
+        if (model->rowCount() > 0)
+            m_staleIndex = model->index(model->rowCount() - 1, 0);
         break;
     case 6:
         model->delNotice(m_random.bounded(0, 2) ? hostileText(2) : QUuid::createUuid().toString());
@@ -324,8 +328,10 @@ void TestSoak::remakeGatheredWindows()
 {
     delete m_lessonWindow.data();
     delete m_activityWindow.data();
-    if (m_random.bounded(0, 2))
+    if (m_random.bounded(0, 2)) {
         NoticeListModel::release();
+        m_staleIndex = QModelIndex();
+    }
     H::runDeferredDeletes();
     m_lessonWindow = new NoticeListWidget(VyrEngine::NoticeCategory::Lesson);
     m_activityWindow = new NoticeListWidget(VyrEngine::NoticeCategory::Activity);
