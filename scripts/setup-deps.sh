@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs every Debian package that the build, the tests and the demo need.
 # Idempotent: packages already installed are skipped, and apt is not touched
-# at all when nothing is missing.
+# at all when nothing is missing. Extra packages that one script needs
+# beside these are given as arguments (scripts/fuzz.sh: clang and its runtimes).
 set -euo pipefail
 
 packages=(
@@ -11,6 +12,7 @@ packages=(
   xvfb x11-utils
   libgtest-dev libbenchmark-dev libcpp-httplib-dev
   g++-mingw-w64-x86-64 qtbase5-private-dev
+  "$@"
 )
 
 missing=()

@@ -122,21 +122,25 @@ bool ScenarioChecker::load(const QString& path, QJsonObject* scenario, QStringLi
         *errors << QStringLiteral("%1: cannot open it: %2").arg(path, file.errorString());
         return false;
     }
-    const QByteArray json = file.readAll();
+    return read(file.readAll(), path, scenario, errors);
+}
+
+bool ScenarioChecker::read(const QByteArray& json, const QString& name, QJsonObject* scenario, QStringList* errors)
+{
     QJsonParseError parseError;
     const QJsonDocument doc = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
-        *errors << QStringLiteral("%1: %2").arg(path, describeSyntaxError(json, parseError));
+        *errors << QStringLiteral("%1: %2").arg(name, describeSyntaxError(json, parseError));
         return false;
     }
     if (!doc.isObject()) {
-        *errors << QStringLiteral("%1: top level: expected an object").arg(path);
+        *errors << QStringLiteral("%1: top level: expected an object").arg(name);
         return false;
     }
     QJsonObject checked = doc.object();
     const QStringList problems = check(&checked);
     for (const QString& problem : problems)
-        *errors << QStringLiteral("%1: %2").arg(path, problem);
+        *errors << QStringLiteral("%1: %2").arg(name, problem);
     if (!problems.isEmpty())
         return false;
     *scenario = checked;
@@ -157,10 +161,11 @@ QString ScenarioChecker::describeSyntaxError(const QByteArray& json, const QJson
     // The parser's byte offset is just past the character it choked on (but at
     // stray text after the document, and at the end of the data); people count
     // lines and characters from 1.
-    int offset = error.offset;
+    // At an unterminated string or document the offset lies past the data.
+    int offset = qBound(0, error.offset, json.size());
     if (error.error != QJsonParseError::GarbageAtEnd && offset > 0 && offset < json.size())
         --offset;
-    while (offset > 0 && (json.at(offset) & 0xC0) == 0x80)
+    while (offset > 0 && offset < json.size() && (json.at(offset) & 0xC0) == 0x80)
         --offset;   // not inside a UTF-8 sequence
     const QByteArray before = json.left(offset);
     const int line = before.count('\n') + 1;

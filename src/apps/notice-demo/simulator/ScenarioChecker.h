@@ -18,6 +18,8 @@ public:
     // On success `scenario` holds the file with every absent optional field
     // filled in with its default; otherwise `errors` holds one line per problem.
     static bool load(const QString& path, QJsonObject* scenario, QStringList* errors);
+    // load() on bytes already read; `name` starts each error line.
+    static bool read(const QByteArray& json, const QString& name, QJsonObject* scenario, QStringList* errors);
     // Checks a parsed scenario in place, filling in defaults; returns the problems.
     static QStringList check(QJsonObject* scenario);
     // "line 4, column 17: <what the parser says>"
