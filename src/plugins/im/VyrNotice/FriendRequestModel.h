@@ -84,6 +84,10 @@ private:
     FriendRequestTreeItem* groupAt(int row) const;
     int leafRowOf(FriendRequestTreeItem* group, quint64 displayId) const;
     void removeRowOf(int groupRow, int leafRow);
+    FriendRequestTreeItem* copyOf(const FriendRequestTreeItem* item) const;
+    void regroupIfZoneChanged();
+    void appendToItsDay(FriendRequestTreeItem* row);
 
     QMap<quint64, quint64> m_dateByDisplayId;
+    int m_zoneChanges = 0; // the zone changes the groups were last made for
 };
