@@ -15,9 +15,9 @@
 // friend-request tree converts every group's date on every walk; a day's
 // bounds are worked out once, and a time inside known bounds is answered from
 // them. A change of the system's time zone while the client runs drops what
-// is known: the zone is compared at most once a second, so a change shows
-// from the first look-up a second after it at the latest, and zoneChanges()
-// tells the tree that its groups were made in another zone.
+// is known: the zone is compared at most once a second, so a change shows at
+// the first look-up a second or more after the last comparison, and
+// zoneChanges() tells the tree that its groups were made in another zone.
 class VYRNOTICE_TESTS_EXPORT LocalDays
 {
 public:
