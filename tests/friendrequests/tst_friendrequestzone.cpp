@@ -119,8 +119,9 @@ void TestFriendRequestZone::knownDaysGoWithTheZone()
 }
 
 // After the system's zone changed, the next update, page or delete first
-// moves the rows whose day changed to their new day's group, then does its
-// own work by the new zone's days; the person's next request finds the moved row.
+// moves the rows whose day changed to their new day's group (two groups that
+// now lie in one day become one), then does its own work by the new zone's
+// days; the person's next request finds the moved row.
 void TestFriendRequestZone::requestAfterAZoneChangeLandsInItsNewDay()
 {
     struct Page
@@ -131,7 +132,12 @@ void TestFriendRequestZone::requestAfterAZoneChangeLandsInItsNewDay()
     };
     // 12:00, 06:00, 05:00, 04:00 and 07:00 UTC are one day in UTC; in Honolulu
     // 12:00 is 02:00 on the 19th and the others lie on the evening of the 18th.
-    Page updated, paged, deleted;
+    Page updated, paged, deleted, merged;
+    // Two days in UTC, one in Honolulu: 20:00 on the 19th and 02:00 on the 20th.
+    Probe::update(&merged.model, from(5, 10, 4, quint64(utc(19, 20))));
+    Probe::update(&merged.model, from(6, 11, 4, quint64(utc(20, 2))));
+    QCOMPARE(FriendRequestTree::text(&merged.model), QStringLiteral("[2026-11-20[p6] 2026-11-19[p5]]"));
+    merged.recorder.clear();
     for (Page* page : {&updated, &paged, &deleted}) {
         Probe::update(&page->model, from(1, 1, 4, quint64(utc(19, 12))));
         Probe::update(&page->model, from(3, 2, 4, quint64(utc(19, 6))));
@@ -168,6 +174,11 @@ void TestFriendRequestZone::requestAfterAZoneChangeLandsInItsNewDay()
     QCOMPARE(FriendRequestTree::text(&deleted.model), QStringLiteral("[2026-11-19[p1]]"));
     QCOMPARE(deleted.recorder.joined(), QStringLiteral("rem(0:0) ins(-:1) ins(1:0) rem(-:1) expand change"));
     QVERIFY(!Probe::dates(&deleted.model).contains(3));
+
+    // Two groups that now lie in one day become one, so the day's next request makes one row.
+    Probe::update(&merged.model, from(7, 12, 4, quint64(utc(19, 22))));
+    QCOMPARE(FriendRequestTree::text(&merged.model), QStringLiteral("[2026-11-19[p7 p6 p5]]"));
+    QCOMPARE(merged.recorder.joined(), QStringLiteral("rem(-:1) ins(0:1) ins(0:0) change need(0) expand"));
 }
 
 QTEST_MAIN(TestFriendRequestZone)

@@ -11,6 +11,7 @@
 #include <QMap>
 #include <QTime>
 #include <QDebug>
+#include <QHash>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -148,30 +149,34 @@ FriendRequestTreeItem* FriendRequestModel::copyOf(const FriendRequestTreeItem* i
                                      item->status(), item->sourceId(), item->targetId(), nullptr);
 }
 
-// After the system's time zone changed, rows whose day is no longer their
-// group's go to the end of their day's group, or of a new group at the end;
-// the proxy sorts them. Groups whose rows all stay are left as they are.
+// After the system's time zone changed, each day's rows belong to the first
+// group whose own date lies in that day: the others move to the end of it, or
+// of a new group at the end, and groups left empty go. The proxy sorts them.
 void FriendRequestModel::regroupIfZoneChanged()
 {
     const int zoneChanges = LocalDays::forThisThread().zoneChanges();
     if (zoneChanges == m_zoneChanges)
         return;
     m_zoneChanges = zoneChanges;
+    QHash<QDate, const FriendRequestTreeItem*> home;
+    for (int i = root()->childCount() - 1; i >= 0; --i)
+        home.insert(dayOf(groupAt(i)->date()), groupAt(i));
     QList<FriendRequestTreeItem*> moved;
     int groupRow = 0;
     while (groupRow < root()->childCount()) {
         FriendRequestTreeItem* group = groupAt(groupRow);
-        const QDate day = dayOf(group->date());
         bool groupGone = false;
         int leafRow = 0;
         while (leafRow < group->childCount()) {
             const auto* leaf = static_cast<FriendRequestTreeItem*>(group->child(leafRow));
-            if (dayOf(leaf->date()) == day) {
+            if (home.value(dayOf(leaf->date())) == group) {
                 ++leafRow;
                 continue;
             }
             moved << copyOf(leaf);
             groupGone = group->childCount() == 1;
+            if (groupGone && home.value(dayOf(group->date())) == group)
+                home.remove(dayOf(group->date()));
             removeRowOf(groupRow, leafRow);
             if (groupGone)
                 break;
