@@ -5,6 +5,7 @@
 #include "ModelTesterComplaints.h"
 
 #include <QAbstractItemModelTester>
+#include <QHash>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QtTest>
@@ -29,15 +30,34 @@ private:
     FriendRequestInfo randomRecord();
     QString runOperation(int step);
     QString checkInvariants() const;
+    void notePeopleWithTwoRows();
 
     QRandomGenerator m_random;
     quint32 m_seed = 0;
     int m_sequence = 0;
     std::unique_ptr<FriendRequestModel> m_model;
+    // People who had two rows: once a day has two groups (the walk's accepted
+    // edge case) an update of that day reaches both, and a delete takes the
+    // first row only, leaving the other without a map entry. The one-row
+    // promises are not theirs.
+    QSet<quint64> m_twoRowPeople;
 };
 
 namespace {
 const int Operations = 10000;
+
+// The local day of a date, remembered: the checks ask for the same dates again and again.
+QDate localDay(quint64 seconds)
+{
+    static QHash<quint64, QDate> days;
+    auto known = days.constFind(seconds);
+    if (known != days.constEnd())
+        return known.value();
+    const QDate day = QDateTime::fromSecsSinceEpoch(qint64(seconds)).date();
+    days.insert(seconds, day);
+    return day;
+}
+
 const int People = 36;
 const int Days = 30;
 } // namespace
@@ -147,42 +167,70 @@ QString TestFriendRequestLoad::runOperation(int step)
     return QStringLiteral("store shrinks");
 }
 
+void TestFriendRequestLoad::notePeopleWithTwoRows()
+{
+    const QAbstractItemModel* model = m_model.get();
+    QSet<quint64> seen;
+    for (int g = 0; g < model->rowCount(); ++g) {
+        const QModelIndex group = model->index(g, 0);
+        for (int r = 0; r < model->rowCount(group); ++r) {
+            const quint64 person = model->index(r, 0, group).data(DisplayIdRole).toULongLong();
+            if (seen.contains(person))
+                m_twoRowPeople.insert(person);
+            seen.insert(person);
+        }
+    }
+}
+
 QString TestFriendRequestLoad::checkInvariants() const
 {
     const QAbstractItemModel* model = m_model.get();
     const auto dates = Probe::dates(m_model.get());
     QSet<quint64> seen;
+    QHash<quint64, QSet<quint64>> rowDates;
     for (int g = 0; g < model->rowCount(); ++g) {
         const QModelIndex group = model->index(g, 0);
         const int rows = model->rowCount(group);
         if (rows == 0)
             return QStringLiteral("group %1 is empty").arg(g);
-        const QDate groupDay = QDateTime::fromSecsSinceEpoch(qint64(group.data(DateRole).toULongLong())).date();
+        const QDate groupDay = localDay(group.data(DateRole).toULongLong());
+        QSet<quint64> inGroup;
         for (int r = 0; r < rows; ++r) {
             const QModelIndex row = model->index(r, 0, group);
             const quint64 person = row.data(DisplayIdRole).toULongLong();
             const quint64 date = row.data(DateRole).toULongLong();
+            if (localDay(date) != groupDay)
+                return QStringLiteral("person %1 stands under another day").arg(person);
+            if (inGroup.contains(person))
+                return QStringLiteral("person %1 has two rows in group %2").arg(person).arg(g);
+            inGroup.insert(person);
+            rowDates[person].insert(date);
+            if (m_twoRowPeople.contains(person))
+                continue;
             if (seen.contains(person))
                 return QStringLiteral("person %1 has two rows").arg(person);
             seen.insert(person);
             if (!dates.contains(person) || dates.value(person) != date)
                 return QStringLiteral("person %1 is not in the map with date %2").arg(person).arg(date);
-            if (QDateTime::fromSecsSinceEpoch(qint64(date)).date() != groupDay)
-                return QStringLiteral("person %1 stands under another day").arg(person);
         }
     }
+    // Everybody, two groups or not: the map's date is the date of one of the person's rows.
     for (auto it = dates.cbegin(); it != dates.cend(); ++it) {
-        if (!seen.contains(it.key()))
-            return QStringLiteral("person %1 is in the map without a row").arg(it.key());
+        if (!rowDates.value(it.key()).contains(it.value()))
+            return QStringLiteral("person %1 has no row with the map's date %2").arg(it.key()).arg(it.value());
     }
     return QString();
 }
 
-// At most one row per person, no empty group, every row's person in the map
-// with the row's date, and the user's own refused requests never shown.
+// No empty group, every row under its group's day, one row per person in a
+// group, the map's date on one of the person's rows, the user's own refused
+// requests never shown; and, for people who never had two rows, one row each
+// with the map's date.
 void TestFriendRequestLoad::invariantsHoldUnderRandomLoad()
 {
     m_model = std::make_unique<FriendRequestModel>();
+    // Each update, page row and delete ends in expandAllSignal: the moment to see a second row.
+    connect(m_model.get(), &FriendRequestModel::expandAllSignal, this, &TestFriendRequestLoad::notePeopleWithTwoRows);
     // The tester watches every change. The two intended index oddities (the
     // top-level dataChanged and lastAdd's second insert) trip it; those two
     // complaints are allowed, any other fails.
@@ -190,10 +238,14 @@ void TestFriendRequestLoad::invariantsHoldUnderRandomLoad()
     QAbstractItemModelTester tester(m_model.get(), QAbstractItemModelTester::FailureReportingMode::Warning);
     const QStringList allowed{QStringLiteral("topLeft.isValid()"), QStringLiteral("rowCount(parent)")};
     QString last;
+    int allowedComplaints = 0;
     for (int step = 0; step < Operations; ++step) {
         const QString operation = runOperation(step);
         const QString broken = operation.startsWith(QLatin1String("FAILED")) ? operation : checkInvariants();
         const QStringList other = complaints.unexpected(allowed);
+        // Each step's complaints are looked at once, so the run stays linear.
+        allowedComplaints += complaints.messages().size();
+        complaints.clear();
         if (!broken.isEmpty() || !other.isEmpty()) {
             QFAIL(qPrintable(QStringLiteral("seed %1, step %2 (%3, after %4): %5 %6\ntree: %7")
                                  .arg(m_seed)
@@ -204,8 +256,10 @@ void TestFriendRequestLoad::invariantsHoldUnderRandomLoad()
         last = operation;
     }
     settle();
-    qInfo("after %d operations: %d groups, %d people, %d tester complaints of the two intended kinds", Operations,
-          m_model->rowCount(), int(Probe::dates(m_model.get()).size()), int(complaints.messages().size()));
+    qInfo("after %d operations: %d groups, %d people (%d of them once with two rows), %d tester complaints of "
+          "the two intended kinds",
+          Operations, m_model->rowCount(), int(Probe::dates(m_model.get()).size()), int(m_twoRowPeople.size()),
+          allowedComplaints + int(complaints.messages().size()));
     QVERIFY(!m_model->isFriendRequestEmpty() || Probe::dates(m_model.get()).isEmpty());
     m_model.reset();
 }

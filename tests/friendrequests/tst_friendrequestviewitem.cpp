@@ -4,6 +4,7 @@
 #include "FriendRequestSortFilterProxyModel.h"
 #include "FriendRequestViewItem.h"
 #include "FriendRequestViewItemProbe.h"
+#include "LogCapture.h"
 #include "PixelProbe.h"
 #include "TestKit.h"
 
@@ -426,13 +427,28 @@ void TestFriendRequestViewItem::longNameIsElided()
     QCOMPARE(P::differingPixels(image, expected, kName), 0);
 }
 
-// Someone the contacts engine doesn't know gets a row of background only.
+// Someone the contacts engine doesn't know gets a row of background only, and
+// one info line with the person's uid however often the row is painted.
 void TestFriendRequestViewItem::unknownPersonLeavesABlankRow()
 {
     put(kPeer, AwaitingMyAnswer, at(1), QStringLiteral("let me in"));
     VyrEngine::ContactsEngine::instance()->removeUser(kPeer);
+    LogCapture log;
     const QImage image = renderLeaf(kPeer);
     QCOMPARE(P::countColour(image, image.rect(), kBackground), kWidth * 58);
+    renderLeaf(kPeer);
+    const QString text = QStringLiteral("friend request of a person the contacts engine doesn't know, "
+                                        "row left blank, uid: %1").arg(kPeer);
+    const QList<LogCapture::Line> lines = log.matching(text);
+    QCOMPARE(lines.size(), 1);
+    QCOMPARE(lines[0].type, QtInfoMsg);
+    QVERIFY(lines[0].file.endsWith(QLatin1String("src/plugins/im/VyrNotice/FriendRequestViewItem.cpp")));
+    QVERIFY(lines[0].function.contains(QLatin1String("FriendRequestViewItem::noteUnknownPerson")));
+    // A known person logs nothing.
+    put(kPeer + 1, AwaitingMyAnswer, at(1));
+    log.clear();
+    renderLeaf(kPeer + 1);
+    QCOMPARE(log.startingWith(QStringLiteral("friend request of a person")).size(), 0);
 }
 
 void TestFriendRequestViewItem::statusTable_data()

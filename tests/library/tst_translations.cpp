@@ -70,6 +70,40 @@ QStringList readIds(const QString& path, QString* error)
     return ids;
 }
 
+// What is wrong with the messages of one .ts file, one line each: a message
+// needs exactly one <translation>, not empty and not marked unfinished,
+// obsolete or vanished.
+QStringList unfinishedMessages(const QString& path)
+{
+    QStringList problems;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {file.errorString()};
+    QXmlStreamReader xml(&file);
+    QString id;
+    int translations = 0;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isStartElement() && xml.name() == QLatin1String("message")) {
+            id = xml.attributes().value(QLatin1String("id")).toString();
+            translations = 0;
+        } else if (xml.isStartElement() && xml.name() == QLatin1String("translation")) {
+            ++translations;
+            const QString type = xml.attributes().value(QLatin1String("type")).toString();
+            if (!type.isEmpty())
+                problems << id + QStringLiteral(": type=") + type;
+            if (xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed().isEmpty())
+                problems << id + QStringLiteral(": empty");
+        } else if (xml.isEndElement() && xml.name() == QLatin1String("message")) {
+            if (translations != 1)
+                problems << id + QStringLiteral(": %1 translations").arg(translations);
+        }
+    }
+    if (xml.hasError())
+        problems << xml.errorString();
+    return problems;
+}
+
 QStringList placeholders(const QString& text)
 {
     QStringList found;
@@ -94,6 +128,9 @@ private slots:
     void placeholdersAgreeBetweenLanguages();
     void eachKeyOnceAndWellFormed_data();
     void eachKeyOnceAndWellFormed();
+    void everyMessageHasOneFinishedTranslation_data();
+    void everyMessageHasOneFinishedTranslation();
+    void chineseRefusedRequestText();
     void compiledTranslationsLoad_data();
     void compiledTranslationsLoad();
 };
@@ -156,6 +193,27 @@ void TestTranslations::eachKeyOnceAndWellFormed()
         seen.insert(id);
     }
     QVERIFY2(repeated.isEmpty(), qPrintable(repeated.join(QLatin1String(", "))));
+}
+
+void TestTranslations::everyMessageHasOneFinishedTranslation_data()
+{
+    everyKeyInCodeIsTranslated_data();
+}
+
+// A second <translation> (read in place of the first), an empty one or one not yet finished fails here.
+void TestTranslations::everyMessageHasOneFinishedTranslation()
+{
+    QFETCH(QString, tsFile);
+    QString error;
+    QVERIFY(readIds(kTsDir + tsFile, &error).size() > 10);
+    QCOMPARE(unfinishedMessages(kTsDir + tsFile), QStringList());
+}
+
+// A request the other side refused reads as such in Chinese, not as "later".
+void TestTranslations::chineseRefusedRequestText()
+{
+    QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
+    QCOMPARE(qtTrId("ID_friendrequest_FriendRequestHasBeenReject", -1), QStringLiteral("对方已拒绝你的好友申请"));
 }
 
 void TestTranslations::compiledTranslationsLoad_data()

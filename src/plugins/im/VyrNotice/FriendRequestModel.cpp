@@ -3,6 +3,7 @@
 #include "CoreEngine.h"
 #include "FriendRequestShowMoreSignals.h"
 #include "FriendRequestTreeItem.h"
+#include "LocalDays_p.h"
 #include "NoticeEngine.h"
 
 #include <QDate>
@@ -10,6 +11,7 @@
 #include <QMap>
 #include <QTime>
 #include <QDebug>
+#include <QHash>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -23,57 +25,10 @@ const int LaterPageSize = 30;
 // Counts the debug lines at the top of preAdd; they and it vanish together in release builds.
 int s_preAddLineCount = 0;
 
-// Local calendar days by their bounds. Qt 5 re-reads the time zone on every
-// local-time conversion, and the tree converts every group's date on every
-// walk; a day's bounds are worked out once, and a time inside known bounds is
-// answered from them.
-class LocalDays
-{
-public:
-    QDate dayOf(qint64 seconds)
-    {
-        auto known = m_dayByStart.upperBound(seconds);
-        if (known != m_dayByStart.begin()) {
-            --known;
-            if (seconds < known.value().end)
-                return known.value().date;
-        }
-        const QDate date = QDateTime::fromSecsSinceEpoch(seconds).date();
-        remember(date, seconds);
-        return date;
-    }
-
-private:
-    struct Day
-    {
-        qint64 end;
-        QDate date;
-    };
-
-    void remember(const QDate& date, qint64 seconds)
-    {
-        if (!date.isValid())
-            return;
-        const qint64 start = QDateTime(date, QTime(0, 0)).toSecsSinceEpoch();
-        const qint64 end = QDateTime(date.addDays(1), QTime(0, 0)).toSecsSinceEpoch();
-        // Only bounds that really hold the time: a time that Qt wrapped round, or
-        // a midnight that a clock change skipped, is simply not remembered.
-        if (!(start <= seconds && seconds < end))
-            return;
-        if (m_dayByStart.size() >= MaxDays)
-            m_dayByStart.clear();
-        m_dayByStart.insert(start, Day{end, date});
-    }
-
-    static constexpr int MaxDays = 4096;
-    QMap<qint64, Day> m_dayByStart;
-};
-
 // The local calendar day of a time in seconds since the epoch.
 QDate dayOf(quint64 seconds)
 {
-    thread_local LocalDays days;
-    return days.dayOf(static_cast<qint64>(seconds));
+    return LocalDays::forThisThread().dayOf(static_cast<qint64>(seconds));
 }
 
 } // namespace
@@ -94,6 +49,7 @@ FriendRequestModel::FriendRequestModel(QObject* parent)
             &FriendRequestModel::setContactsAddOverdueSlot, Qt::QueuedConnection);
     connect(showMoreSignals(), &FriendRequestShowMoreSignals::syncLoadMore, this,
             &FriendRequestModel::syncLoadMoreSlot, Qt::QueuedConnection);
+    m_zoneChanges = LocalDays::forThisThread().zoneChanges();
 }
 
 // The items belong to the base class, which frees them with the root.
@@ -187,10 +143,79 @@ void FriendRequestModel::removeRowOf(int groupRow, int leafRow)
     }
 }
 
+FriendRequestTreeItem* FriendRequestModel::copyOf(const FriendRequestTreeItem* item) const
+{
+    return new FriendRequestTreeItem(item->sequenceId(), item->displayId(), item->date(), item->message(),
+                                     item->status(), item->sourceId(), item->targetId(), nullptr);
+}
+
+// After the system's time zone changed, each day's rows belong to the first
+// group whose own date lies in that day: the others move to the end of it, or
+// of a new group at the end, and groups left empty go. The proxy sorts them.
+void FriendRequestModel::regroupIfZoneChanged()
+{
+    const int zoneChanges = LocalDays::forThisThread().zoneChanges();
+    if (zoneChanges == m_zoneChanges)
+        return;
+    m_zoneChanges = zoneChanges;
+    QHash<QDate, const FriendRequestTreeItem*> home;
+    for (int i = root()->childCount() - 1; i >= 0; --i)
+        home.insert(dayOf(groupAt(i)->date()), groupAt(i));
+    QList<FriendRequestTreeItem*> moved;
+    int groupRow = 0;
+    while (groupRow < root()->childCount()) {
+        FriendRequestTreeItem* group = groupAt(groupRow);
+        bool groupGone = false;
+        int leafRow = 0;
+        while (leafRow < group->childCount()) {
+            const auto* leaf = static_cast<FriendRequestTreeItem*>(group->child(leafRow));
+            if (home.value(dayOf(leaf->date())) == group) {
+                ++leafRow;
+                continue;
+            }
+            moved << copyOf(leaf);
+            groupGone = group->childCount() == 1;
+            if (groupGone && home.value(dayOf(group->date())) == group)
+                home.remove(dayOf(group->date()));
+            removeRowOf(groupRow, leafRow);
+            if (groupGone)
+                break;
+        }
+        if (!groupGone)
+            ++groupRow;
+    }
+    for (FriendRequestTreeItem* row : moved)
+        appendToItsDay(row);
+    qInfo() << "time zone changed, friend requests regrouped by day, rows moved:" << moved.size();
+}
+
+void FriendRequestModel::appendToItsDay(FriendRequestTreeItem* row)
+{
+    const QDate day = dayOf(row->date());
+    for (int i = 0; i < root()->childCount(); ++i) {
+        FriendRequestTreeItem* group = groupAt(i);
+        if (dayOf(group->date()) != day)
+            continue;
+        const int n = group->childCount();
+        beginInsertRows(index(i, 0, QModelIndex()), n, n);
+        group->appendChild(row);
+        endInsertRows();
+        return;
+    }
+    const int n = root()->childCount();
+    beginInsertRows(QModelIndex(), n, n);
+    root()->appendChild(copyOf(row));
+    endInsertRows();
+    beginInsertRows(index(n, 0, QModelIndex()), 0, 0);
+    root()->child(n)->appendChild(row);
+    endInsertRows();
+}
+
 void FriendRequestModel::update(FriendRequestInfo info)
 {
     if (isHiddenRecord(info))
         return;
+    regroupIfZoneChanged();
     const quint64 id = getDisplayId(info);
     // Whether the person has a row is the map's answer; a date too large for
     // QDateTime has a null day and must still count as a row.
@@ -215,9 +240,9 @@ void FriendRequestModel::update(FriendRequestInfo info)
                 const QModelIndex changed = index(leafRow, 0, QModelIndex());
                 emit dataChanged(changed, changed, {});
                 placed = true;
-            } else if (!placed && !(hasRow && oldDay == newDay)) {
-                // A second group of one day (left by the skip above) takes no
-                // second row: the person is placed once, in the first such group.
+            } else {
+                // Intended: every group of the day is reached, so a second group of
+                // one day (left by the skip above) gets a row of its own too.
                 preAdd(info, index(i, 0, QModelIndex()));
                 placed = true;
             }
@@ -293,6 +318,7 @@ void FriendRequestModel::loadMore(FriendRequestInfo info)
     // The newer record already made this person's row.
     if (m_dateByDisplayId.contains(id))
         return;
+    regroupIfZoneChanged();
     const QDate day = dayOf(info.date());
     for (int i = 0; i < root()->childCount(); ++i) {
         FriendRequestTreeItem* group = groupAt(i);
@@ -312,6 +338,7 @@ bool FriendRequestModel::deleteOneNoticeSlot(quint64 id)
 {
     if (!m_dateByDisplayId.contains(id))
         return true;
+    regroupIfZoneChanged();
     const QDate day = dayOf(m_dateByDisplayId.value(id));
     for (int i = 0; i < root()->childCount(); ++i) {
         if (dayOf(groupAt(i)->date()) != day)

@@ -37,7 +37,8 @@ enum FriendRequestItemRole
 // The friend-request page's tree: one group for each local calendar day, one
 // row for each other person under it. Every change comes from the notice
 // engine, through queued connections; later pages are fetched on the global
-// thread pool.
+// thread pool. When the system's time zone has changed, the next change first
+// moves the rows whose local day moved.
 class VYRNOTICE_EXPORT FriendRequestModel : public AbstractTreeModel
 {
     Q_OBJECT
@@ -84,6 +85,10 @@ private:
     FriendRequestTreeItem* groupAt(int row) const;
     int leafRowOf(FriendRequestTreeItem* group, quint64 displayId) const;
     void removeRowOf(int groupRow, int leafRow);
+    FriendRequestTreeItem* copyOf(const FriendRequestTreeItem* item) const;
+    void regroupIfZoneChanged();
+    void appendToItsDay(FriendRequestTreeItem* row);
 
     QMap<quint64, quint64> m_dateByDisplayId;
+    int m_zoneChanges = 0; // the zone changes the groups were last made for
 };

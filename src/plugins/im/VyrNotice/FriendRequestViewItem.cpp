@@ -10,6 +10,7 @@
 #include "VyrUtils.h"
 
 #include <QDateTime>
+#include <QDebug>
 #include <QFont>
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -33,6 +34,7 @@ const int ButtonsOffset = 144;
 const int NameWidth = 250;
 // Left part of a row that counts as a click on the person: avatar and name.
 const int AvatarZoneWidth = 312;
+const int MaxUnknownPeopleLogged = 1024;
 
 const char* const AgreeStyle =
     "QPushButton {background: #009265;border: none;border-radius: 4px;font-size: 12px;color: #fff;text-align: center;}"
@@ -167,9 +169,13 @@ void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewIt
     const QRect inner = innerRect(row);
 
     auto* contacts = VyrEngine::ContactsEngine::instance();
-    const auto user = contacts->userInfo(index.data(DisplayIdRole).toULongLong(), 0);
-    if (!user)
-        return; // someone the contacts engine doesn't know: the row stays blank
+    const quint64 displayId = index.data(DisplayIdRole).toULongLong();
+    const auto user = contacts->userInfo(displayId, 0);
+    if (!user) {
+        // Someone the contacts engine doesn't know: the row stays blank.
+        noteUnknownPerson(displayId);
+        return;
+    }
 
     QRect avatar(inner.x(), inner.y() + (inner.height() - AvatarSide) / 2, AvatarSide, AvatarSide);
     painter->drawPixmap(avatar, roundAvatar(user->uid(), avatar.size(), painter->device()->devicePixelRatioF()));
@@ -189,6 +195,17 @@ void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewIt
 
     painter->setPen(QColor(QStringLiteral("#999999")));
     drawStatus(painter, index.data(StatusRole).toInt(), index, text, first, second);
+}
+
+void FriendRequestViewItem::noteUnknownPerson(quint64 uid) const
+{
+    if (m_unknownPeopleLogged.contains(uid))
+        return;
+    // Bounded: a flood of unknown ids logs again rather than growing without end.
+    if (m_unknownPeopleLogged.size() >= MaxUnknownPeopleLogged)
+        m_unknownPeopleLogged.clear();
+    m_unknownPeopleLogged.insert(uid);
+    qInfo() << "friend request of a person the contacts engine doesn't know, row left blank, uid:" << uid;
 }
 
 QPixmap FriendRequestViewItem::roundAvatar(quint64 uid, const QSize& size, qreal ratio) const

@@ -6,6 +6,7 @@
 #include <QModelIndex>
 #include <QPixmap>
 #include <QPoint>
+#include <QSet>
 #include <QStyledItemDelegate>
 
 class QPushButton;
@@ -14,7 +15,8 @@ class QPushButton;
 // into signals. A top-level row is a day header (28 pixels high), a child row
 // one person (58 pixels): avatar, name, a line of text and, by the request's
 // status, the Agree and Refuse buttons or one disabled label button. A row
-// whose date is 0 takes no space and paints nothing.
+// whose date is 0 takes no space and paints nothing. A person the contacts
+// engine doesn't know gets a row of background only, logged once at info level.
 //
 // The rows hold no widgets. Three push buttons, never shown, serve only as
 // the source of the buttons' style; every row's buttons are drawn through
@@ -61,6 +63,7 @@ private:
                     bool enabled) const;
 
     QPixmap roundAvatar(quint64 uid, const QSize& size, qreal ratio) const;
+    void noteUnknownPerson(quint64 uid) const;
     static QRect rowRect(const QStyleOptionViewItem& option);
     static QRect innerRect(const QRect& row);
     static QRect firstButtonRect(const QRect& inner);
@@ -80,4 +83,6 @@ private:
         QPixmap pixmap;
     };
     mutable QHash<quint64, RoundAvatar> m_roundAvatars;
+    // The unknown people already logged, so a repaint doesn't log them again.
+    mutable QSet<quint64> m_unknownPeopleLogged;
 };

@@ -293,7 +293,6 @@
     <message id="ID_friendrequest_FriendRequestHasBeenReject">
         <source>Your friend request has been refused</source>
         <translation>对方已拒绝你的好友申请</translation>
-        <translation>稍后再说</translation>
     </message>
 </context>
 </TS>
