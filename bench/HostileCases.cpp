@@ -8,13 +8,18 @@
 #include "LocalHttpServer.h"
 #include "MicroCourseNoticeWidget.h"
 #include "NotAuthSchoolNotice.h"
+#include "NoticeEngine.h"
+#include "NoticeRemindNoticeWidget.h"
 #include "NoticeListViewItem.h"
 #include "SchoolSettingManager.h"
 #include "ScreenCorner.h"
 #include "StudyActivityNoticeWidget.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 #include "StudyReportNoticeWidget.h"
+#include "VyrHttpManager.h"
+#include "VyrModalAnswerer.h"
 #include "VyrTrack.h"
+#include "friendrequesttreeview.h"
 #include "VyrUtils.h"
 
 #include <QApplication>
@@ -24,6 +29,8 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonObject>
+#include <QLabel>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
@@ -202,35 +209,110 @@ QByteArray ordinaryPng()
     return bytes;
 }
 
-// The micro-course card with its cover served by the local server.
-Case coverCase(const std::string& name, const QByteArray& hostileBody, const QByteArray& contentType)
+VyrDev::HttpReply pictureReply(const QByteArray& body, const QByteArray& contentType)
 {
+    VyrDev::HttpReply reply = VyrDev::HttpReply::png(body);
+    reply.contentType = contentType;
+    return reply;
+}
+
+// Waits until the server has seen one more request and its answer has ended.
+void waitForAnswer(int before)
+{
+    QElapsedTimer clock;
+    clock.start();
+    auto answered = [before]() {
+        const QList<VyrDev::HttpRequestRecord> requests = g_server->requests();
+        return requests.size() > before && requests.last().answered;
+    };
+    while (!answered() && clock.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+// The micro-course card with its cover served by the local server, or at an address of its own.
+Case coverCase(const std::string& name, const VyrDev::HttpReply& hostileReply, const QString& hostileAddress = QString())
+{
+    auto address = std::make_shared<QString>();
     return Case{name,
-                [hostileBody, contentType](bool hostile) {
-                    VyrDev::HttpReply reply = VyrDev::HttpReply::png(hostile ? hostileBody : ordinaryPng());
-                    reply.contentType = hostile ? contentType : QByteArray("image/png");
-                    g_server->setReply("/cover/c.png", reply);
-                    CoreEngine::instance()->setFileServerPrefix(g_server->baseUrl().toString());
+                [hostileReply, hostileAddress, address](bool hostile) {
+                    g_server->setReply("/cover/c.png", hostile ? hostileReply : pictureReply(ordinaryPng(), "image/png"));
+                    const bool ownAddress = hostile && !hostileAddress.isNull();
+                    *address = ownAddress ? hostileAddress : QStringLiteral("/cover/c.png");
+                    CoreEngine::instance()->setFileServerPrefix(ownAddress ? QString() : g_server->baseUrl().toString());
                 },
-                [](bool) {
+                [address](bool) {
                     QJsonObject info;
                     info.insert(QStringLiteral("auditStatus"), 4);
                     info.insert(QStringLiteral("lectureName"), QStringLiteral("Fractions"));
-                    info.insert(QStringLiteral("coverUrl"), QStringLiteral("/cover/c.png"));
+                    info.insert(QStringLiteral("coverUrl"), *address);
                     QPointer<MicroCourseNoticeWidget> window = new MicroCourseNoticeWidget(1, 2, info, nullptr);
                     window->popNotice();
                     const int before = g_server->requestCount();
-                    QElapsedTimer clock;
-                    clock.start();
-                    // Until the server has answered and the window has shown what came.
-                    while (g_server->requestCount() == before && clock.elapsed() < 5000)
-                        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+                    // Until the answer has ended (or was never asked for) and the window has shown what came.
+                    if (!address->startsWith(QLatin1String("file:")))
+                        waitForAnswer(before);
                     for (int turn = 0; turn < 20; ++turn)
                         settle();
                     QImage canvas(window->size(), QImage::Format_ARGB32_Premultiplied);
                     window->render(&canvas);
                     delete window;
                     VyrTrack::instance()->clearEvents();
+                }};
+}
+
+// The cluster notice reminder's "View now" with the details answer the server gives.
+Case reminderCase(const std::string& name, const VyrDev::HttpReply& hostileReply)
+{
+    return Case{name,
+                [hostileReply](bool hostile) {
+                    g_server->setReply(VyrHttpManager::ClusterNoticeDetailsPath.toUtf8(),
+                                       hostile ? hostileReply
+                                               : VyrDev::HttpReply::json(
+                                                   R"({"error_info": {"errno": 1, "error": ""}})"));
+                    VyrHttpManager::setBaseUrl(g_server->baseUrl());
+                },
+                [](bool) {
+                    QPointer<NoticeRemindNoticeWidget> window = new NoticeRemindNoticeWidget(
+                        QStringLiteral("Bring your textbooks"), 77, kCourseId, 5, nullptr);
+                    window->popNotice();
+                    settle();
+                    const int before = g_server->requestCount();
+                    if (auto* view = window->findChild<QPushButton*>(QStringLiteral("viewNowBtn")))
+                        view->click();
+                    waitForAnswer(before);
+                    QElapsedTimer clock;
+                    clock.start();
+                    // The answer closes the card, for the details or for the "deleted" message.
+                    while (window && window->isVisible() && clock.elapsed() < 10000)
+                        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+                    settle();
+                    delete window;
+                    VyrTrack::instance()->clearEvents();
+                }};
+}
+
+// The friend-request page's box for an error text the engine passes on from the server.
+Case errorBoxCase(const std::string& name, const QString& hostileText)
+{
+    auto text = std::make_shared<QString>();
+    auto view = std::make_shared<std::unique_ptr<FriendRequestTreeView>>();
+    return Case{name,
+                [text, view, hostileText](bool hostile) {
+                    *text = hostile ? hostileText : QStringLiteral("The request could not be sent.");
+                    if (!*view) {
+                        view->reset(new FriendRequestTreeView());
+                        (*view)->show();
+                        settle();
+                    }
+                },
+                [text](bool) {
+                    VyrModalAnswerer::instance()->answerWith([](QWidget* modal) {
+                        // Painted as the screen would, so a picture in it would be asked for.
+                        modal->grab();
+                        VyrModalAnswerer::closeModalOn(modal);
+                    });
+                    NoticeEngine::instance()->emitErrorNotice(*text);
+                    settle();
                 }};
 }
 
@@ -285,6 +367,7 @@ void setUp()
 
 void tearDown()
 {
+    VyrModalAnswerer::instance()->clear();
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
     QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
     delete g_urls;
@@ -311,9 +394,20 @@ std::vector<Case> all()
         activityRow("activity row: 8 nested tables", nestedTables(8)),
         activityRow("activity row: 256K characters without a space", longWord),
         activityRow("activity row: 1 MB of text", megabyte),
-        coverCase("cover: PNG declaring 20000x20000", pngDeclaring(20000, 20000), "image/png"),
-        coverCase("cover: PNG declaring 16000x16000", pngDeclaring(16000, 16000), "image/png"),
-        coverCase("cover: 120-byte SVG declaring 20000x20000", bigSvg, "image/svg+xml"),
+        errorBoxCase("server error text in a box: <img src=/dev/zero>", kDevZero),
+        coverCase("cover: PNG declaring 20000x20000", pictureReply(pngDeclaring(20000, 20000), "image/png")),
+        coverCase("cover: PNG declaring 16000x16000", pictureReply(pngDeclaring(16000, 16000), "image/png")),
+        coverCase("cover: 120-byte SVG declaring 20000x20000", pictureReply(bigSvg, "image/svg+xml")),
+        coverCase("cover: 600 MB body", VyrDev::HttpReply::huge(600ll << 20, "image/png", true)),
+        coverCase("cover: 600 MB body, no length", VyrDev::HttpReply::huge(600ll << 20, "image/png")),
+        coverCase("cover: gzip answer inflating to 1.44 GB", VyrDev::HttpReply::gzipBomb(1440ll << 20, "image/png")),
+        coverCase("cover: redirect to another host",
+                  VyrDev::HttpReply::redirect("http://127.0.0.2:9/cover/c.png")),
+        coverCase("cover: file address, no file server", VyrDev::HttpReply(), QStringLiteral("file:///dev/zero")),
+        reminderCase("reminder: 600 MB answer", VyrDev::HttpReply::huge(600ll << 20, "application/json", true)),
+        reminderCase("reminder: gzip answer inflating to 1.44 GB", VyrDev::HttpReply::gzipBomb(1440ll << 20)),
+        reminderCase("reminder: 302 whose body says errno 1",
+                     VyrDev::HttpReply::json(R"({"error_info": {"errno": 1, "error": ""}})", 302)),
         certificationCase("certification domain: evil.example/phish?x=", QStringLiteral("evil.example/phish?x=")),
         certificationCase("certification domain: www.school.example@evil.example",
                           QStringLiteral("www.school.example@evil.example")),
