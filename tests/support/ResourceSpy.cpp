@@ -14,13 +14,17 @@ public:
         return nullptr;
     }
 
+    QString m_pluginsPath;
     mutable QMutex m_mutex;
     mutable QStringList m_names;
 };
 
 ResourceSpy::ResourceSpy()
-    : m_handler(new Handler)
 {
+    // Asked before the handler is in place: finding Qt's folders touches the file engines too.
+    const QString plugins = QLibraryInfo::location(QLibraryInfo::PluginsPath);
+    m_handler.reset(new Handler);
+    m_handler->m_pluginsPath = plugins;
 }
 
 ResourceSpy::~ResourceSpy() = default;
@@ -33,7 +37,7 @@ QStringList ResourceSpy::names() const
 
 QStringList ResourceSpy::outsideNames() const
 {
-    const QString plugins = QLibraryInfo::location(QLibraryInfo::PluginsPath);
+    const QString& plugins = m_handler->m_pluginsPath;
     QStringList outside;
     for (const QString& name : names()) {
         if (name.isEmpty() || name.startsWith(QLatin1Char(':')) || name.startsWith(QLatin1String("qrc:")))
