@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config tzdata
-  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqt5x11extras5-dev
   fonts-dejavu-core fonts-wqy-microhei
   xvfb x11-utils
   libgtest-dev libbenchmark-dev libcpp-httplib-dev

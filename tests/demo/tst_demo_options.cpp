@@ -121,12 +121,13 @@ void TestDemoOptions::init()
     QVERIFY(writeFile(m_scenario, kShortScenario));
 }
 
-// --help is answered with exit 0 and the options, with no display and no platform set.
+// --help is answered with exit 0 and the options (with demo.sh's --all), with no display and no platform set.
 void TestDemoOptions::helpWithoutDisplay()
 {
     const Run run = runDemo({QStringLiteral("--help")}, QString(), withoutDisplay());
     QCOMPARE(run.exitCode, 0);
-    for (const char* option : {"--scenario", "--locale", "--speed", "--track-log", "--screenshots", "--screen", "--taskbar"})
+    for (const char* option : {"--scenario", "--locale", "--speed", "--track-log", "--screenshots", "--screen", "--taskbar",
+                               "--all", ":/demo/scenarios/friendrequests.json"})
         QVERIFY2(run.out.contains(QLatin1String(option)), qPrintable(run.out));
     QVERIFY2(!run.err.contains(QLatin1String("platform plugin")), qPrintable(run.err));
 }
