@@ -109,9 +109,13 @@ void TestDemoScenarioErrors::refusedBeforeAnythingRuns_data()
                                         << QStringList{QStringLiteral("step 1 (advanceClock)"),
                                                        QStringLiteral("field \"seconds\""),
                                                        QStringLiteral("expected an integer, got a string \"60\"")};
-    QTest::newRow("fraction-for-integer") << scenario(R"({"at": 1.5, "do": "printRows"})")
-                                          << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+    QTest::newRow("fraction-for-integer") << scenario(R"({"at": 10, "do": "advanceClock", "seconds": 1.5})")
+                                          << QStringList{QStringLiteral("step 1 (advanceClock)"),
+                                                         QStringLiteral("field \"seconds\""),
                                                          QStringLiteral("expected an integer, got a number 1.5")};
+    QTest::newRow("fraction-for-at") << scenario(R"({"at": 1.5, "do": "printRows"})")
+                                     << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+                                                    QStringLiteral("expected milliseconds from 0 to 2147483647, got a number 1.5")};
     QTest::newRow("number-for-string") << scenario(R"({"at": 10, "do": "screenshot", "name": 5})")
                                        << QStringList{QStringLiteral("step 1 (screenshot)"), QStringLiteral("field \"name\""),
                                                       QStringLiteral("expected a string, got a number 5")};
