@@ -110,13 +110,14 @@ void NoticeStacker::restack()
         ScreenCorner::Corner corner;
         ScreenCorner::cornerFor(window->size(), offset, &corner);
         if (columnUsed && corner.end.y() < area.top()) {
-            // No room above: a new column left of this one, or back to the corner when none fits.
+            // No room above: a new column left of this one. When none fits,
+            // the window stays in this column at the work area's top (below).
             const int nextShift = area.right() + 1 - columnLeft + m_spacing;
-            const bool fits = corner.end.x() - nextShift - nudge >= area.left();
-            shift = fits ? nextShift : 0;
-            offset = 0;
-            columnLeft = fits ? columnLeft : area.right() + 1;
-            ScreenCorner::cornerFor(window->size(), 0, &corner);
+            if (corner.end.x() - nextShift - nudge >= area.left()) {
+                shift = nextShift;
+                offset = 0;
+                ScreenCorner::cornerFor(window->size(), 0, &corner);
+            }
         }
         QPoint place = corner.end - QPoint(shift + nudge, 0);
         // A window larger than the work area keeps its top left corner inside.

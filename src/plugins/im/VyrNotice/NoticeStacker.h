@@ -27,10 +27,10 @@ class QWidget;
 // window would reach above the work area's top, it starts a new column just
 // left of the present one (spacing() pixels apart) and the stack goes on
 // upward from the bottom there. When no further column fits in the work
-// area, the stack starts over at the corner: the windows that come then
-// cover the oldest ones (newest on top) until places free up and restack()
-// closes the gaps. A window larger than the work area keeps its top left
-// corner inside. A window that the user dragged stays where it was dropped and
+// area, the window stands in the last column with its top on the work area's
+// top, covering the upper part of the window below it (newest on top), until
+// places free up and restack() closes the gaps. A window larger than the
+// work area keeps its top left corner inside. A window that the user dragged stays where it was dropped and
 // leaves its place in the stack to the others until it hides.
 //
 // The stacker moves windows at once, without animation. A host that uses it
