@@ -28,7 +28,7 @@ const char* const kShortScenario = R"({
   ]
 })";
 
-// Both gathered windows and a class notice card at once: taller together than a laptop's screen.
+// Both gathered windows, a class notice card and the friend-request page at once: taller than a laptop's screen.
 const char* const kCrowdedScenario = R"({
   "clock": 1800000000,
   "clusters": [{"id": 500, "name": "Grade 7 Class 3"}],
@@ -44,6 +44,8 @@ const char* const kCrowdedScenario = R"({
     {"at": 0, "do": "contactorAdd"},
     {"at": 0, "do": "contactorAdd"},
     {"at": 10, "do": "classNotice", "type": "AheadNotice", "lessonId": 1},
+    {"at": 20, "do": "friendRequestPopup"},
+    {"at": 30, "do": "clickFriendRequestPopup"},
     {"at": 40, "do": "screenshot", "name": "crowded"},
     {"at": 60, "do": "quit"}
   ]
@@ -265,7 +267,7 @@ void TestDemoOptions::windowsStayInsideSmallScreens_data()
     QTest::newRow("1366x768-right") << "1366x768" << "right";
 }
 
-// --screen and --taskbar: the gathered windows and the class notice card all stand wholly inside the work area.
+// --screen and --taskbar: the gathered windows, the class notice card and the page all stand wholly inside the work area.
 void TestDemoOptions::windowsStayInsideSmallScreens()
 {
     QFETCH(QString, screen);
@@ -300,7 +302,8 @@ void TestDemoOptions::windowsStayInsideSmallScreens()
         seen << match.captured(1);
     }
     seen.sort();
-    QCOMPARE(seen, (QStringList{QStringLiteral("Activity"), QStringLiteral("ClassNotice"), QStringLiteral("Lesson")}));
+    QCOMPARE(seen, (QStringList{QStringLiteral("Activity"), QStringLiteral("ClassNotice"),
+                                QStringLiteral("FriendRequests"), QStringLiteral("Lesson")}));
 }
 
 QTEST_GUILESS_MAIN(TestDemoOptions)
