@@ -7,9 +7,9 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config tzdata
-  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqt5x11extras5-dev
   fonts-dejavu-core fonts-wqy-microhei
-  xvfb x11-utils
+  xvfb xauth x11-utils
   libgtest-dev libbenchmark-dev libcpp-httplib-dev
   g++-mingw-w64-x86-64 qtbase5-private-dev
   "$@"

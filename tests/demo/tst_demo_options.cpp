@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -24,6 +25,29 @@ const char* const kShortScenario = R"({
     {"at": 0, "do": "contactorAdd"},
     {"at": 20, "do": "screenshot", "name": "settled"},
     {"at": 40, "do": "quit"}
+  ]
+})";
+
+// Both gathered windows, a class notice card and the friend-request page at once: taller than a laptop's screen.
+const char* const kCrowdedScenario = R"({
+  "clock": 1800000000,
+  "clusters": [{"id": 500, "name": "Grade 7 Class 3"}],
+  "courses": [{"id": 500, "name": "Mathematics"}],
+  "lessons": [{"id": 1, "courseId": 500, "name": "Fractions", "startIn": 600},
+              {"id": 2, "courseId": 500, "name": "Ratios", "startIn": 900},
+              {"id": 3, "courseId": 500, "name": "Angles", "startIn": 1200}],
+  "steps": [
+    {"at": 0, "do": "lessonNotice", "type": "LessonAhead", "lessonId": 1},
+    {"at": 0, "do": "lessonNotice", "type": "LessonAhead", "lessonId": 2},
+    {"at": 0, "do": "lessonNotice", "type": "LessonAhead", "lessonId": 3},
+    {"at": 0, "do": "contactorAdd"},
+    {"at": 0, "do": "contactorAdd"},
+    {"at": 0, "do": "contactorAdd"},
+    {"at": 10, "do": "classNotice", "type": "AheadNotice", "lessonId": 1},
+    {"at": 20, "do": "friendRequestPopup"},
+    {"at": 30, "do": "clickFriendRequestPopup"},
+    {"at": 40, "do": "screenshot", "name": "crowded"},
+    {"at": 60, "do": "quit"}
   ]
 })";
 
@@ -107,6 +131,8 @@ private slots:
     void chineseLocaleReachesWindowsAndTexts();
     void unknownLocaleFallsBackToEnglishWithOneLine();
     void screenshotsWaitForFullOpacityAtHighSpeed();
+    void windowsStayInsideSmallScreens_data();
+    void windowsStayInsideSmallScreens();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -121,12 +147,13 @@ void TestDemoOptions::init()
     QVERIFY(writeFile(m_scenario, kShortScenario));
 }
 
-// --help is answered with exit 0 and the options, with no display and no platform set.
+// --help is answered with exit 0 and the options (with demo.sh's --all), with no display and no platform set.
 void TestDemoOptions::helpWithoutDisplay()
 {
     const Run run = runDemo({QStringLiteral("--help")}, QString(), withoutDisplay());
     QCOMPARE(run.exitCode, 0);
-    for (const char* option : {"--scenario", "--locale", "--speed", "--track-log", "--screenshots", "--screen", "--taskbar"})
+    for (const char* option : {"--scenario", "--locale", "--speed", "--track-log", "--screenshots", "--screen", "--taskbar",
+                               "--all", ":/demo/scenarios/", "friendrequests"})
         QVERIFY2(run.out.contains(QLatin1String(option)), qPrintable(run.out));
     QVERIFY2(!run.err.contains(QLatin1String("platform plugin")), qPrintable(run.err));
 }
@@ -228,6 +255,55 @@ void TestDemoOptions::screenshotsWaitForFullOpacityAtHighSpeed()
     // White appears only where a window is drawn unblended over the grey-blue desktop.
     const int white = countPixels(screen, qRgb(255, 255, 255));
     QVERIFY2(white > 20000, qPrintable(QString::number(white)));
+}
+
+void TestDemoOptions::windowsStayInsideSmallScreens_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("taskbar");
+    QTest::newRow("1280x800-left") << "1280x800" << "left";
+    QTest::newRow("1280x800-top") << "1280x800" << "top";
+    QTest::newRow("1024x768-bottom") << "1024x768" << "bottom";
+    QTest::newRow("1366x768-right") << "1366x768" << "right";
+}
+
+// --screen and --taskbar: the gathered windows, the class notice card and the page all stand wholly inside the work area.
+void TestDemoOptions::windowsStayInsideSmallScreens()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, taskbar);
+    const QString scenario = m_dir->filePath(QStringLiteral("crowded.json"));
+    QVERIFY(writeFile(scenario, kCrowdedScenario));
+    const Run run = runDemo({QStringLiteral("--scenario"), scenario, QStringLiteral("--screenshots"),
+                             QStringLiteral("shots"), QStringLiteral("--screen"), screen, QStringLiteral("--taskbar"),
+                             taskbar},
+                            m_dir->path());
+    QCOMPARE(run.exitCode, 0);
+    const QStringList size = screen.split(QLatin1Char('x'));
+    QRect area(0, 0, size.at(0).toInt(), size.at(1).toInt());
+    const int bar = 40;
+    if (taskbar == QLatin1String("left"))
+        area.setLeft(bar);
+    else if (taskbar == QLatin1String("top"))
+        area.setTop(bar);
+    else if (taskbar == QLatin1String("right"))
+        area.setRight(area.right() - bar);
+    else
+        area.setBottom(area.bottom() - bar);
+    const QRegularExpression place(QStringLiteral("^screenshot: (\\w+) at (-?\\d+),(-?\\d+) (\\d+)x(\\d+)$"),
+                                   QRegularExpression::MultilineOption);
+    QStringList seen;
+    auto it = place.globalMatch(run.out);
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        const QRect window(match.captured(2).toInt(), match.captured(3).toInt(), match.captured(4).toInt(),
+                           match.captured(5).toInt());
+        QVERIFY2(area.contains(window), qPrintable(match.captured(0)));
+        seen << match.captured(1);
+    }
+    seen.sort();
+    QCOMPARE(seen, (QStringList{QStringLiteral("Activity"), QStringLiteral("ClassNotice"),
+                                QStringLiteral("FriendRequests"), QStringLiteral("Lesson")}));
 }
 
 QTEST_GUILESS_MAIN(TestDemoOptions)

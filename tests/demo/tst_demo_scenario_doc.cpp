@@ -75,6 +75,8 @@ private slots:
     void everyTableIsDocumented_data();
     void everyTableIsDocumented();
     void documentNamesNothingElse();
+    void readmeCommandsWorkFromAnyFolder_data();
+    void readmeCommandsWorkFromAnyFolder();
 };
 
 void TestDemoScenarioDoc::everyTableIsDocumented_data()
@@ -100,6 +102,46 @@ void TestDemoScenarioDoc::documentNamesNothingElse()
     const QStringList documented = documentTables().keys();
     QVERIFY(!documented.isEmpty());
     QCOMPARE(documented, formatTables().keys());
+}
+
+namespace {
+
+QString sourceText(const char* relativePath)
+{
+    QFile file(QStringLiteral(VYR_SOURCE_DIR "/") + QLatin1String(relativePath));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
+void TestDemoScenarioDoc::readmeCommandsWorkFromAnyFolder_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const QString& line : sourceText("README.md").split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("bash scripts/demo.sh ")))
+            QTest::newRow(qPrintable(line.section(QLatin1Char('#'), 0, 0).simplified())) << line;
+    }
+}
+
+// The README's demo commands name built-in scenarios (no path from the repository root) and
+// screenshot folders that git ignores.
+void TestDemoScenarioDoc::readmeCommandsWorkFromAnyFolder()
+{
+    QFETCH(QString, command);
+    const QStringList words = command.section(QLatin1Char('#'), 0, 0).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QString qrc = sourceText("src/apps/notice-demo/demo.qrc");
+    const QString ignored = sourceText(".gitignore");
+    for (int i = 0; i + 1 < words.size(); ++i) {
+        const QString value = words.at(i + 1);
+        if (words.at(i) == QLatin1String("--scenario") && value.contains(QLatin1String("scenarios/"))) {
+            QVERIFY2(value.startsWith(QLatin1String(":/demo/scenarios/")), qPrintable(value));
+            QVERIFY2(qrc.contains(QStringLiteral("<file>%1</file>").arg(value.mid(7))), qPrintable(value));
+        }
+        if (words.at(i) == QLatin1String("--screenshots")) {
+            QVERIFY2(value.startsWith(QLatin1String("shots")), qPrintable(value));
+            QVERIFY(ignored.split(QLatin1Char('\n')).contains(QStringLiteral("/shots*/")));
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(TestDemoScenarioDoc)

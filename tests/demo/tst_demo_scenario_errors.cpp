@@ -109,9 +109,13 @@ void TestDemoScenarioErrors::refusedBeforeAnythingRuns_data()
                                         << QStringList{QStringLiteral("step 1 (advanceClock)"),
                                                        QStringLiteral("field \"seconds\""),
                                                        QStringLiteral("expected an integer, got a string \"60\"")};
-    QTest::newRow("fraction-for-integer") << scenario(R"({"at": 1.5, "do": "printRows"})")
-                                          << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+    QTest::newRow("fraction-for-integer") << scenario(R"({"at": 10, "do": "advanceClock", "seconds": 1.5})")
+                                          << QStringList{QStringLiteral("step 1 (advanceClock)"),
+                                                         QStringLiteral("field \"seconds\""),
                                                          QStringLiteral("expected an integer, got a number 1.5")};
+    QTest::newRow("fraction-for-at") << scenario(R"({"at": 1.5, "do": "printRows"})")
+                                     << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+                                                    QStringLiteral("expected milliseconds from 0 to 2147483647, got a number 1.5")};
     QTest::newRow("number-for-string") << scenario(R"({"at": 10, "do": "screenshot", "name": 5})")
                                        << QStringList{QStringLiteral("step 1 (screenshot)"), QStringLiteral("field \"name\""),
                                                       QStringLiteral("expected a string, got a number 5")};
@@ -130,6 +134,33 @@ void TestDemoScenarioErrors::refusedBeforeAnythingRuns_data()
     QTest::newRow("object-for-array") << QByteArray(R"({"steps": {"at": 0, "do": "quit"}})")
                                       << QStringList{QStringLiteral("top level"), QStringLiteral("field \"steps\""),
                                                      QStringLiteral("expected an array, got an object")};
+    // Times: none negative, none past what a timer takes (a larger number would wrap or turn to 0).
+    const QString range = QStringLiteral("expected milliseconds from 0 to 2147483647");
+    QTest::newRow("negative-at") << scenario(R"({"at": -5, "do": "printRows"})")
+                                 << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+                                                range + QStringLiteral(", got a number -5")};
+    QTest::newRow("at-2^31") << scenario(R"({"at": 2147483648, "do": "printRows"})")
+                             << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+                                            range + QStringLiteral(", got a number 2147483648")};
+    QTest::newRow("at-1e30") << scenario(R"({"at": 1e30, "do": "printRows"})")
+                             << QStringList{QStringLiteral("step 1 (printRows)"), QStringLiteral("field \"at\""),
+                                            range + QStringLiteral(", got a number 1e+30")};
+    QTest::newRow("negative-delay") << scenario(R"({"at": 10, "do": "coverServer", "answer": "slow", "delay": -1})")
+                                    << QStringList{QStringLiteral("step 1 (coverServer)"),
+                                                   QStringLiteral("field \"delay\""), range};
+    QTest::newRow("int64-delay")
+        << scenario(R"({"at": 10, "do": "coverServer", "answer": "slow", "delay": 9223372036854775807})")
+        << QStringList{QStringLiteral("step 1 (coverServer)"), QStringLiteral("field \"delay\""), range};
+    QTest::newRow("negative-timeout") << scenario(R"({"at": 10, "do": "quitWhenHidden", "timeout": -20000})")
+                                      << QStringList{QStringLiteral("step 1 (quitWhenHidden)"),
+                                                     QStringLiteral("field \"timeout\""),
+                                                     range + QStringLiteral(", got a number -20000")};
+    // A 10 MB scenario of 300,000 steps: refused by its size, unread.
+    QByteArray huge = R"({"steps": [)";
+    for (int i = 0; i < 300000; ++i)
+        huge += R"({"at": 0, "do": "printRows", "category": "Lesson"},)";
+    huge += R"({"at": 0, "do": "quit"}]})";
+    QTest::newRow("over-1MB") << huge << QStringList{QStringLiteral("larger than 1048576 bytes")};
     QTest::newRow("no-steps") << QByteArray(R"({"steps": []})")
                               << QStringList{QStringLiteral("top level"), QStringLiteral("field \"steps\": no steps")};
 }

@@ -39,6 +39,8 @@ private slots:
     void startTimeKeepsLowBitsAndReadsBackUnsigned_data();
     void startTimeKeepsLowBitsAndReadsBackUnsigned();
     void displayPodConstructorOrder();
+    void displayPodNamedSetters_data();
+    void displayPodNamedSetters();
     void displayPodDefaultAndCopies();
 };
 
@@ -243,6 +245,64 @@ void TestGatherNotice::displayPodConstructorOrder()
     QCOMPARE(pod.lastFlag, true);
     QVERIFY(pod.reservedText.isEmpty());
     QCOMPARE(pod.reservedFlag, false);
+}
+
+namespace {
+
+// Every field of a display record in declaration order, for one readable comparison.
+QString fieldsOf(const StudyActivityNoticeWidgetDisplayPod& pod)
+{
+    const auto b = [](bool flag) { return flag ? QStringLiteral("1") : QStringLiteral("0"); };
+    return QStringList{pod.windowTitleText, pod.contentText, b(pod.flagA), b(pod.flagB), b(pod.flagC), pod.textA,
+                       b(pod.flagD), pod.textB, pod.textC, b(pod.flagE), b(pod.flagF), b(pod.flagG), b(pod.flagH),
+                       b(pod.lastFlag), pod.headingText, pod.reservedText, b(pod.reservedFlag), pod.pushScenes,
+                       pod.pushBody}
+        .join(QLatin1Char('|'));
+}
+
+} // namespace
+
+void TestGatherNotice::displayPodNamedSetters_data()
+{
+    QTest::addColumn<bool>("flags");
+    QTest::newRow("odd-flags") << true;
+    QTest::newRow("even-flags") << false;
+}
+
+// The named setters fill the same fields as the 17-argument constructor, each its own, and chain.
+void TestGatherNotice::displayPodNamedSetters()
+{
+    QFETCH(bool, flags);
+    const bool f = flags;
+    const StudyActivityNoticeWidgetDisplayPod byConstructor(
+        QStringLiteral("window"), QStringLiteral("content"), f, !f, f, QStringLiteral("A"), !f, QStringLiteral("B"),
+        QStringLiteral("C"), f, !f, f, !f, QStringLiteral("heading"), QStringLiteral("scenes"), QStringLiteral("body"),
+        f);
+    StudyActivityNoticeWidgetDisplayPod byName;
+    byName.setWindowTitleText(QStringLiteral("window"))
+        .setContentText(QStringLiteral("content"))
+        .setFlagA(f)
+        .setFlagB(!f)
+        .setFlagC(f)
+        .setTextA(QStringLiteral("A"))
+        .setFlagD(!f)
+        .setTextB(QStringLiteral("B"))
+        .setTextC(QStringLiteral("C"))
+        .setFlagE(f)
+        .setFlagF(!f)
+        .setFlagG(f)
+        .setFlagH(!f)
+        .setHeadingText(QStringLiteral("heading"))
+        .setPushScenes(QStringLiteral("scenes"))
+        .setPushBody(QStringLiteral("body"))
+        .setLastFlag(f);
+    QCOMPARE(fieldsOf(byName), fieldsOf(byConstructor));
+    // One setter touches one field.
+    StudyActivityNoticeWidgetDisplayPod one;
+    one.setHeadingText(QStringLiteral("only"));
+    StudyActivityNoticeWidgetDisplayPod expected;
+    expected.headingText = QStringLiteral("only");
+    QCOMPARE(fieldsOf(one), fieldsOf(expected));
 }
 
 void TestGatherNotice::displayPodDefaultAndCopies()

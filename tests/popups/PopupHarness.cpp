@@ -81,7 +81,14 @@ QString stateOf(QWidget* window)
 
 QImage grabCard(QWidget* window)
 {
-    return window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    // At a pixel ratio above 1 the grab has more pixels than the window: sampled
+    // back to one per logical pixel, so that positions read the same at any ratio.
+    const QImage grabbed = window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    if (grabbed.size() == window->size())
+        return grabbed;
+    QImage logical = grabbed.scaled(window->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    logical.setDevicePixelRatio(1.0);
+    return logical;
 }
 
 } // namespace PopupHarness

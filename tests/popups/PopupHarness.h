@@ -33,7 +33,8 @@ void finish(QPropertyAnimation* animation);
 void runDeferredDeletes();
 // "Built", "FadingIn", "Holding", "FadingOut" or "Closed" (for a null window).
 QString stateOf(QWidget* window);
-// The card grabbed as the screen would show it, with its transparent border.
+// The card grabbed as the screen would show it, with its transparent border,
+// one pixel per logical pixel whatever the pixel ratio.
 QImage grabCard(QWidget* window);
 
 } // namespace PopupHarness

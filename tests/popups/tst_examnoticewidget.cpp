@@ -14,11 +14,13 @@
 #include "VyrTrack.h"
 
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLayout>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTextBrowser>
 #include <QToolButton>
@@ -133,6 +135,8 @@ private slots:
     void faceAndLayout();
     void stateTable_data();
     void stateTable();
+    void headerTellsEveryState_data();
+    void headerTellsEveryState();
     void unknownStateClosesWithoutMessage();
     void unknownStateStillRunsTheUpdate();
     void expiryShowsTheCount();
@@ -268,6 +272,45 @@ void TestExamNoticeWidget::stateTable()
     QCOMPARE(browser(m_window)->toPlainText(), text);
     H::runDeferredDeletes();
     QCOMPARE(m_window.isNull(), text.isEmpty());
+}
+
+void TestExamNoticeWidget::headerTellsEveryState_data()
+{
+    QTest::addColumn<bool>("reviewSide");
+    QTest::addColumn<int>("state");
+    for (int state = -1; state <= 13; ++state) {
+        QTest::addRow("work %d", state) << false << state;
+        QTest::addRow("review %d", state) << true << state;
+    }
+}
+
+// The header's table of states is what the window does: its sentence for a listed state, a close for any other.
+void TestExamNoticeWidget::headerTellsEveryState()
+{
+    QFETCH(bool, reviewSide);
+    QFETCH(int, state);
+    QFile header(QStringLiteral(VYR_SOURCE_DIR "/src/plugins/im/VyrNotice/ExamNoticeWidget.h"));
+    QVERIFY(header.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QRegularExpression row(QStringLiteral("^//   (working|review) +(\\d+) +(.+)$"),
+                                 QRegularExpression::MultilineOption);
+    QString told;
+    int rows = 0;
+    auto it = row.globalMatch(QString::fromUtf8(header.readAll()));
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        ++rows;
+        if ((match.captured(1) == QLatin1String("review")) == reviewSide && match.captured(2).toInt() == state)
+            told = match.captured(3)
+                       .replace(QLatin1String("<name>"), QLatin1String("Algebra"))
+                       .replace(QLatin1String("<user>"), QLatin1String("Wang Fang"))
+                       .replace(QLatin1String("<expireCount>"), QLatin1String("3"));
+    }
+    QCOMPARE(rows, 6);
+    m_window = new ExamNoticeWidget(kStudent, state, exam(), reviewSide);
+    H::runDeferredDeletes();
+    QCOMPARE(m_window.isNull(), told.isEmpty());
+    if (m_window)
+        QCOMPARE(browser(m_window)->toPlainText(), told);
 }
 
 // An unknown state closes the window with no log line and no tracking.

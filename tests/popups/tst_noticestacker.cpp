@@ -4,9 +4,13 @@
 #include "ScreenCorner.h"
 #include "TestKit.h"
 
+#include <QPair>
+
 #include <QPropertyAnimation>
 #include <QToolButton>
 #include <QtTest>
+
+Q_DECLARE_METATYPE(TaskbarEdge)
 
 namespace H = PopupHarness;
 
@@ -50,6 +54,9 @@ private slots:
     void panelsShareOneRightEdge();
     void hiddenWindowLeavesItsPlace();
     void addingTwiceAndRemoving();
+    void staysInsideTheWorkArea_data();
+    void staysInsideTheWorkArea();
+    void fullScreenStandsAtTheTop();
 
 private:
     TestCard* popped(NoticeStacker* stacker);
@@ -106,8 +113,9 @@ void TestNoticeStacker::stacksTwoThreeFour()
     QList<TestCard*> cards;
     for (int i = 0; i < count; ++i)
         cards << popped(&stacker);
+    // Three cards fill the 560 pixels of the work area's height: the fourth starts a column on the left.
     for (int i = 0; i < count; ++i)
-        QCOMPARE(cards.at(i)->pos(), QPoint(kRight - 328, kBottom - 184 * (i + 1)));
+        QCOMPARE(cards.at(i)->pos(), QPoint(kRight - 328 * (1 + i / 3), kBottom - 184 * (1 + i % 3)));
     for (int i = 0; i < count; ++i)
         for (int j = i + 1; j < count; ++j)
             QVERIFY(!cards.at(i)->geometry().intersects(cards.at(j)->geometry()));
@@ -251,6 +259,86 @@ void TestNoticeStacker::addingTwiceAndRemoving()
     QCOMPARE(a->pos(), QPoint(kRight - 328, kBottom - 184));
     QCOMPARE(b->pos(), QPoint(kRight - 328, kBottom - 184));
     QCOMPARE(stacker.windows(), QList<QWidget*>{b});
+}
+
+namespace {
+
+ScreenCorner::Screen screenOf(const QSize& size, TaskbarEdge edge)
+{
+    ScreenCorner::Screen screen;
+    screen.taskbarEdge = edge;
+    screen.geometry = QRect(QPoint(0, 0), size);
+    const int bar = 40;
+    switch (edge) {
+    case TaskbarEdge::Left: screen.availableGeometry = screen.geometry.adjusted(bar, 0, 0, 0); break;
+    case TaskbarEdge::Top: screen.availableGeometry = screen.geometry.adjusted(0, bar, 0, 0); break;
+    case TaskbarEdge::Right: screen.availableGeometry = screen.geometry.adjusted(0, 0, -bar, 0); break;
+    default: screen.availableGeometry = screen.geometry.adjusted(0, 0, 0, -bar); break;
+    }
+    return screen;
+}
+
+} // namespace
+
+void TestNoticeStacker::staysInsideTheWorkArea_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<TaskbarEdge>("edge");
+    const QList<QSize> sizes{{1024, 768}, {1280, 800}, {1366, 768}, {1920, 1080}};
+    const QList<QPair<TaskbarEdge, const char*>> edges{
+        {TaskbarEdge::Left, "left"}, {TaskbarEdge::Top, "top"}, {TaskbarEdge::Right, "right"},
+        {TaskbarEdge::Bottom, "bottom"}};
+    for (const QSize& size : sizes)
+        for (const auto& edge : edges)
+            QTest::addRow("%dx%d-%s", size.width(), size.height(), edge.second) << size << edge.first;
+}
+
+// A gathered window and five cards on common screens, the taskbar at each edge: all inside the work area, none covering another.
+void TestNoticeStacker::staysInsideTheWorkArea()
+{
+    QFETCH(QSize, size);
+    QFETCH(TaskbarEdge, edge);
+    const ScreenCorner::Screen screen = screenOf(size, edge);
+    ScreenCorner::setOverride(screen);
+    NoticeStacker stacker;
+    NoticeListWidget gathered(VyrEngine::Lesson);
+    stacker.addWindow(&gathered);
+    gathered.show();
+    QList<QWidget*> windows{&gathered};
+    // Five cards fit beside a gathered window on the smallest of these screens: 1024x728 holds it and two cards, then three.
+    for (int i = 0; i < 5; ++i)
+        windows << popped(&stacker);
+    for (QWidget* window : windows)
+        QVERIFY2(screen.availableGeometry.contains(window->geometry()),
+                 qPrintable(QStringLiteral("%1,%2 %3x%4")
+                                .arg(window->x())
+                                .arg(window->y())
+                                .arg(window->width())
+                                .arg(window->height())));
+    for (int i = 0; i < windows.size(); ++i)
+        for (int j = i + 1; j < windows.size(); ++j)
+            QVERIFY(!windows.at(i)->geometry().intersects(windows.at(j)->geometry()));
+}
+
+// When no further column fits, the window stands at the top of the last column, still inside the work area.
+void TestNoticeStacker::fullScreenStandsAtTheTop()
+{
+    const ScreenCorner::Screen screen = screenOf(QSize(1024, 768), TaskbarEdge::Bottom);
+    ScreenCorner::setOverride(screen);
+    NoticeStacker stacker;
+    QList<TestCard*> cards;
+    // 728 pixels hold three cards a column; 1024 hold three columns.
+    for (int i = 0; i < 10; ++i)
+        cards << popped(&stacker);
+    for (TestCard* card : cards)
+        QVERIFY(screen.availableGeometry.contains(card->geometry()));
+    QCOMPARE(cards.at(8)->pos(), QPoint(1024 - 3 * 328, 728 - 3 * 184));
+    QCOMPARE(cards.at(9)->pos(), QPoint(1024 - 3 * 328, 0));
+    // One going frees its place: the stack closes up and nothing covers anything.
+    QTest::mouseClick(H::closeButton(cards.at(0)), Qt::LeftButton);
+    for (int i = 1; i < 10; ++i)
+        for (int j = i + 1; j < 10; ++j)
+            QVERIFY(!cards.at(i)->geometry().intersects(cards.at(j)->geometry()));
 }
 
 QTEST_MAIN(TestNoticeStacker)

@@ -575,6 +575,8 @@ void TestPopNoticeBase::cardPixels()
 {
     m_card = cardIn(QStringLiteral("Holding"));
     m_card->setWindowTitle(QStringLiteral("Lesson Notice"));
+    // The title row is laid out again for the new text, as the event loop would before the next paint.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     const QImage image = H::grabCard(m_card);
     QCOMPARE(image.size(), QSize(328, 184));
     QCOMPARE(alphaAt(image, 0, 0), 0);

@@ -30,7 +30,12 @@ DemoOptions::DemoOptions()
 {
     m_parser.setApplicationDescription(
         QStringLiteral("Plays a scenario of notices through the notice library's gathered windows.\n"
-                       "Without a display it draws offscreen on a simulated 1920x1080 screen."));
+                       "Without a display it draws offscreen on a simulated 1920x1080 screen.\n"
+                       "Every scenario is built in: --scenario :/demo/scenarios/NAME.json, NAME one of default,\n"
+                       "coursework, popups, single-popups, friendrequests.\n"
+                       "scripts/demo.sh also takes --all as its first argument: it plays every built-in\n"
+                       "scenario in turn, passing the other options to each, with the screenshots of each\n"
+                       "in a subfolder of its own (--screenshots DIR gives DIR/default, DIR/coursework, ...)."));
     m_parser.addOption(m_help);
     m_parser.addOptions({m_scenario, m_locale, m_screenshots, m_speedOption, m_trackLog, m_screen, m_taskbar});
 }

@@ -25,6 +25,7 @@ public:
 
 private:
     void onAddContacts(const QString& keyword, const QString& from);
+    void fitToSimulatedScreen();
 
     std::function<void(const QString&)> m_say;
     FriendRequestWidget* m_page = nullptr;

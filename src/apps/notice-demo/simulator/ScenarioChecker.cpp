@@ -24,8 +24,13 @@ QString describe(const QJsonValue& value)
         return QStringLiteral("null");
     case QJsonValue::Bool:
         return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
-    case QJsonValue::Double:
-        return QStringLiteral("a number %1").arg(value.toDouble());
+    case QJsonValue::Double: {
+        // Whole numbers in full, so that 2147483648 doesn't read as 2.14748e+09.
+        const double number = value.toDouble();
+        if (std::trunc(number) == number && std::fabs(number) < 1e15)
+            return QStringLiteral("a number %1").arg(static_cast<qint64>(number));
+        return QStringLiteral("a number %1").arg(number);
+    }
     case QJsonValue::String:
         return QStringLiteral("a string %1").arg(quoted(value.toString()));
     case QJsonValue::Array:
@@ -43,6 +48,8 @@ QString expected(Type type)
     switch (type) {
     case Type::Integer:
         return QStringLiteral("an integer");
+    case Type::Duration:
+        return QStringLiteral("milliseconds from 0 to %1").arg(ScenarioFormat::DurationMax);
     case Type::String:
         return QStringLiteral("a string");
     case Type::Boolean:
@@ -79,6 +86,8 @@ bool hasType(const QJsonValue& value, Type type)
     switch (type) {
     case Type::Integer:
         return isInteger(value);
+    case Type::Duration:
+        return isInteger(value) && value.toDouble() >= 0 && value.toDouble() <= ScenarioFormat::DurationMax;
     case Type::String:
     case Type::Category:
     case Type::NoticeType:
@@ -122,11 +131,16 @@ bool ScenarioChecker::load(const QString& path, QJsonObject* scenario, QStringLi
         *errors << QStringLiteral("%1: cannot open it: %2").arg(path, file.errorString());
         return false;
     }
-    return read(file.readAll(), path, scenario, errors);
+    // Read no further than the limit: a larger file is refused whole.
+    return read(file.read(ScenarioFormat::FileSizeMax + 1), path, scenario, errors);
 }
 
 bool ScenarioChecker::read(const QByteArray& json, const QString& name, QJsonObject* scenario, QStringList* errors)
 {
+    if (json.size() > ScenarioFormat::FileSizeMax) {
+        *errors << QStringLiteral("%1: larger than %2 bytes").arg(name).arg(ScenarioFormat::FileSizeMax);
+        return false;
+    }
     QJsonParseError parseError;
     const QJsonDocument doc = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {

@@ -56,7 +56,7 @@ const QVector<ScenarioFormat::Field>& ScenarioFormat::entryFields(const QString&
         optional("role", Type::Integer, 1),
     };
     static const QVector<Field> step = {
-        required("at", Type::Integer),
+        required("at", Type::Duration),
         required("do", Type::String),
     };
     static const QVector<Field> none;
@@ -90,7 +90,7 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
         {QStringLiteral("advanceClock"), {required("seconds", Type::Integer)}},
         {QStringLiteral("printRows"), {}},
         {QStringLiteral("screenshot"), {optional("name", Type::String, QStringLiteral("shot"))}},
-        {QStringLiteral("quitWhenHidden"), {optional("timeout", Type::Integer, 20000)}},
+        {QStringLiteral("quitWhenHidden"), {optional("timeout", Type::Duration, 20000)}},
         {QStringLiteral("quit"), {}},
         // The user.
         {QStringLiteral("clickRow"), {required("category", Type::Category), optional("row", Type::Integer, 0)}},
@@ -139,7 +139,7 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
           required("content", Type::String), optional("creatorId", Type::Integer, 0),
           optional("nickname", Type::String, QString())}},
         {QStringLiteral("noticeServer"),
-         {required("answer", Type::String), optional("delay", Type::Integer, 3000)}},
+         {required("answer", Type::String), optional("delay", Type::Duration, 3000)}},
         {QStringLiteral("clickNoticeRemind"), {required("button", Type::String)}},
         {QStringLiteral("schoolCertification"), {}},
         {QStringLiteral("clickCertification"), {required("button", Type::String)}},
@@ -182,7 +182,7 @@ const QVector<ScenarioFormat::Action>& ScenarioFormat::actions()
           optional("lectureName", Type::String, QString()), optional("coverUrl", Type::String, QString())}},
         {QStringLiteral("studyReportPopup"), {required("lessonId", Type::Integer), optional("role", Type::Integer, -1)}},
         {QStringLiteral("coverServer"),
-         {required("answer", Type::String), optional("delay", Type::Integer, 3000)}},
+         {required("answer", Type::String), optional("delay", Type::Duration, 3000)}},
     };
     return actions;
 }
@@ -201,6 +201,8 @@ QString ScenarioFormat::typeName(Type type)
     switch (type) {
     case Type::Integer:
         return QStringLiteral("integer");
+    case Type::Duration:
+        return QStringLiteral("duration");
     case Type::String:
         return QStringLiteral("string");
     case Type::Boolean:

@@ -14,6 +14,7 @@ class ScenarioFormat
 public:
     enum class Type {
         Integer,      // a JSON number without a fraction
+        Duration,     // milliseconds: an integer from 0 to DurationMax
         String,
         Boolean,
         Category,     // "Lesson" or "Activity"
@@ -42,6 +43,11 @@ public:
         QString name;
         QVector<Field> fields;
     };
+
+    // The longest time a step may name (what a Qt timer takes).
+    static constexpr qint64 DurationMax = 2147483647;
+    // A scenario file larger than this is refused unread.
+    static constexpr qint64 FileSizeMax = 1024 * 1024;
 
     static const QVector<Field>& topLevelFields();
     // "cluster", "course", "lesson" or "step"; empty for any other name.

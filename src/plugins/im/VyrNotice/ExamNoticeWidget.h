@@ -17,12 +17,22 @@ class QTextBrowser;
 // The pop-up of one test: the course's cover, one sentence and the buttons
 // "View details" and "Later".
 //
-// The sentence depends on the state and the side: the working side (the
-// learner who takes the test) knows states 1 (started), 4 (reviewed),
-// 5 (reviewed again) and 8 (about to expire, with the record's expireCount);
-// the review side (the teacher who receives the submissions) knows 3
-// (submitted) and 9 (submitted late) and names the user `userId`. Any other
-// state closes the window as soon as it is built.
+// The sentence depends on the state and the side; the test's name and the
+// user's name are shown in green (English quotes the test's name, as below):
+//
+//   side      state  what the user reads
+//   working   1      The test "<name>" has started. Please submit it on time.
+//   working   4      Your test "<name>" has been reviewed. Check it now.
+//   working   5      Your test "<name>" has been reviewed again. Check it now.
+//   working   8      The test "<name>" closes in <expireCount> hours. Please submit it in time.
+//   review    3      <user> submitted the test "<name>". Review it now.
+//   review    9      <user> submitted the test "<name>" late. Review it now.
+//
+// The working side is the learner who takes the test; the review side is the
+// teacher who receives the submissions, and <user> is the display name of
+// `userId` (empty when the contacts engine doesn't know the user). Any other
+// state, for the side given, closes the window as soon as it is built, so a
+// host need not filter states.
 //
 // A host creates the window, connects signalSeeDetails(), calls popNotice()
 // and keeps no pointer. The window closes itself when ExamManager withdraws

@@ -8,6 +8,7 @@
 #include "NoticeRowMetrics_p.h"
 #include "PushTracking_p.h"
 #include "ScreenCorner.h"
+#include "ShadowMask_p.h"
 #include "VyrListView.h"
 #include "VyrPauseableTimer.h"
 
@@ -65,6 +66,8 @@ NoticeListWidget::NoticeListWidget(VyrEngine::NoticeCategory noticeCategory, QWi
     setWindowFlags(windowFlags() | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint | Qt::Tool);
     setMouseTracking(true);
     init();
+    // Without a compositor the shadow border would show black: only the panel shows then.
+    ShadowMask::follow(this, s_shadowMargins);
 }
 
 // Everything is a child of the window or of its panels.

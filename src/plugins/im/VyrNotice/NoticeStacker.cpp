@@ -92,19 +92,56 @@ void NoticeStacker::restack()
         if (entry.window && entry.window->isVisible() && !entry.dragged)
             widestShadow = qMax(widestShadow, shadowRight(entry.window));
     }
-    int offset = 0;
+    ScreenCorner::Corner probe;
+    // An unknown taskbar edge gives no corner: the windows stay where they put themselves.
+    if (!ScreenCorner::cornerFor(QSize(0, 0), 0, &probe))
+        return;
+    const QRect area = workArea();
+    int offset = 0;      // height taken in the present column
+    int shift = 0;       // how far the present column stands left of the corner
+    int columnLeft = area.right() + 1;
+    bool columnUsed = false;
     m_moving = true;
     for (const Entry& entry : qAsConst(m_entries)) {
         QWidget* window = entry.window;
         if (!window || !window->isVisible() || entry.dragged)
             continue;
+        const int nudge = widestShadow - shadowRight(window);
         ScreenCorner::Corner corner;
-        // An unknown taskbar edge gives no corner: the window stays where it put itself.
-        if (ScreenCorner::cornerFor(window->size(), offset, &corner))
-            window->move(corner.end - QPoint(widestShadow - shadowRight(window), 0));
+        ScreenCorner::cornerFor(window->size(), offset, &corner);
+        if (columnUsed && corner.end.y() < area.top()) {
+            // No room above: a new column left of this one. When none fits,
+            // the window stays in this column at the work area's top (below).
+            const int nextShift = area.right() + 1 - columnLeft + m_spacing;
+            if (corner.end.x() - nextShift - nudge >= area.left()) {
+                shift = nextShift;
+                offset = 0;
+                ScreenCorner::cornerFor(window->size(), 0, &corner);
+            }
+        }
+        QPoint place = corner.end - QPoint(shift + nudge, 0);
+        // A window larger than the work area keeps its top left corner inside.
+        place.setX(qMax(place.x(), area.left()));
+        place.setY(qMax(place.y(), area.top()));
+        window->move(place);
         offset += window->height() + m_spacing;
+        columnLeft = qMin(columnLeft, place.x());
+        columnUsed = true;
     }
     m_moving = false;
+}
+
+// The work area in the frame the corner is measured in (the screen's top
+// left at (0, 0)): the corner's lengths less what the taskbar takes.
+QRect NoticeStacker::workArea()
+{
+    const ScreenCorner::Screen screen = ScreenCorner::current();
+    int width = 0;
+    int height = 0;
+    ScreenCorner::screenLengths(screen, &width, &height);
+    const int left = qMax(0, width - screen.availableGeometry.width());
+    const int top = qMax(0, height - screen.availableGeometry.height());
+    return QRect(QPoint(left, top), QPoint(width - 1, height - 1));
 }
 
 bool NoticeStacker::eventFilter(QObject* watched, QEvent* event)

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QRect>
 
 class QWidget;
 
@@ -20,7 +21,16 @@ class QWidget;
 // before, spacing() pixels apart (their transparent shadow borders already
 // keep the cards apart). Their white panels share one right edge: a card,
 // whose shadow border is thinner than a gathered window's, stands that much
-// further left. A window that the user dragged stays where it was dropped and
+// further left.
+//
+// Every stacked window stays wholly inside the work area. When the next
+// window would reach above the work area's top, it starts a new column just
+// left of the present one (spacing() pixels apart) and the stack goes on
+// upward from the bottom there. When no further column fits in the work
+// area, the window stands in the last column with its top on the work area's
+// top, covering the upper part of the window below it (newest on top), until
+// places free up and restack() closes the gaps. A window larger than the
+// work area keeps its top left corner inside. A window that the user dragged stays where it was dropped and
 // leaves its place in the stack to the others until it hides.
 //
 // The stacker moves windows at once, without animation. A host that uses it
@@ -63,6 +73,7 @@ private:
     };
 
     static int shadowRight(const QWidget* window);
+    static QRect workArea();
     int indexOf(const QObject* window) const;
     void onWindowDestroyed(QObject* window);
     void moveToEnd(int index);

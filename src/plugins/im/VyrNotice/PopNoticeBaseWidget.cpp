@@ -6,6 +6,7 @@
 #include "OutsideText_p.h"
 #include "PushTracking_p.h"
 #include "ScreenCorner.h"
+#include "ShadowMask_p.h"
 #include "VyrUtils.h"
 
 #include <QAccessible>
@@ -46,6 +47,8 @@ PopNoticeBaseWidget::PopNoticeBaseWidget(QWidget* parent)
 
     initUi();
     setAttribute(Qt::WA_ShowWithoutActivating, true);
+    // Without a compositor the shadow border would show black: only the card shows then.
+    ShadowMask::follow(this, m_shadowMargins);
 }
 
 // Timer, animations and panels are children; nothing is deleted by hand.

@@ -35,6 +35,35 @@ public:
     StudyActivityNoticeWidgetDisplayPod& operator=(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
     ~StudyActivityNoticeWidgetDisplayPod();
 
+    /**
+     * Named setters, the readable way to fill a record: each sets one field
+     * and returns the record, so that calls chain:
+     * @code
+     * auto display = QSharedPointer<StudyActivityNoticeWidgetDisplayPod>::create();
+     * display->setWindowTitleText(kind).setHeadingText(heading).setContentText(body)
+     *     .setPushScenes(scenes).setPushBody(body);
+     * @endcode
+     * A field left alone keeps the default constructor's value (empty, false).
+     * The 17-argument constructor stays for hosts that use it.
+     */
+    StudyActivityNoticeWidgetDisplayPod& setWindowTitleText(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setContentText(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setHeadingText(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setPushScenes(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setPushBody(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setTextA(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setTextB(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setTextC(const QString& value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagA(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagB(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagC(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagD(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagE(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagF(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagG(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setFlagH(bool value);
+    StudyActivityNoticeWidgetDisplayPod& setLastFlag(bool value);
+
     /** The activity's kind: the pop-up's title, as typed; the row's body begins with it in brackets, as markup. */
     QString windowTitleText;
     /** The body of the notice, after the bracketed kind. Rich text, not escaped, not elided. */
