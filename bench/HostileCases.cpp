@@ -6,6 +6,7 @@
 #include "CourseEngine.h"
 #include "GatherNotice.h"
 #include "LocalHttpServer.h"
+#include "ProcessMemory.h"
 #include "MicroCourseNoticeWidget.h"
 #include "NotAuthSchoolNotice.h"
 #include "NoticeEngine.h"
@@ -416,26 +417,12 @@ std::vector<Case> all()
 
 long residentKb()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
+    return processStatusKb("VmRSS");
 }
 
 long peakResidentKb()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
+    return processStatusKb("VmHWM");
 }
 
 void resetPeakResident()

@@ -6,6 +6,7 @@
 // Run: QT_QPA_PLATFORM=offscreen build-bench/bench/bench_popnotice
 
 #include "ClassNoticeManager.h"
+#include "ProcessMemory.h"
 #include "ClassNoticeWidget.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
@@ -147,17 +148,9 @@ private:
     std::map<std::string, double> m_microseconds;
 };
 
-// VmRSS of /proc/self/status, in kB.
 long residentKb()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
+    return processStatusKb("VmRSS");
 }
 
 // Resident memory every 1,000 cycles of `cycle`; prints the row, the growth per
