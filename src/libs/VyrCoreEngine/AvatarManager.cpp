@@ -59,6 +59,29 @@ void drawPersonGlyph(QPainter& painter, const QRectF& area)
     painter.drawEllipse(QPointF(c.x(), c.y() + 4.4 * unit), 4.0 * unit, 3.2 * unit);
 }
 
+enum class Glyph { Group, Person };
+
+// A generated square: the background, then the initials of `name`, or the
+// glyph when the name gives none.
+QPixmap paintGeneratedSquare(const QColor& background, const QString& name, Glyph glyph)
+{
+    const int side = AvatarManager::GeneratedSize;
+    QPixmap pixmap(side, side);
+    pixmap.fill(background);
+    QPainter painter(&pixmap);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    const QRectF area(0, 0, side, side);
+    const QString initials = initialsOf(name);
+    if (!initials.isEmpty())
+        drawInitials(painter, area, initials);
+    else if (glyph == Glyph::Person)
+        drawPersonGlyph(painter, area);
+    else
+        drawGroupGlyph(painter, area, background);
+    painter.end();
+    return pixmap;
+}
+
 } // namespace
 
 AvatarManager::AvatarManager(QObject* parent)
@@ -93,19 +116,7 @@ QPixmap AvatarManager::generatedAvatar(quint64 clusterId)
     if (cached != m_generated.constEnd())
         return *cached;
 
-    const QColor background = generatedColor(clusterId);
-    QPixmap pixmap(GeneratedSize, GeneratedSize);
-    pixmap.fill(background);
-    QPainter painter(&pixmap);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    const QRectF area(0, 0, GeneratedSize, GeneratedSize);
-    const QString initials = initialsOf(m_names.value(clusterId));
-    if (initials.isEmpty())
-        drawGroupGlyph(painter, area, background);
-    else
-        drawInitials(painter, area, initials);
-    painter.end();
-
+    const QPixmap pixmap = paintGeneratedSquare(generatedColor(clusterId), m_names.value(clusterId), Glyph::Group);
     m_generated.insert(clusterId, pixmap);
     return pixmap;
 }
@@ -175,19 +186,7 @@ QPixmap AvatarManager::generatedUserAvatar(quint64 uid)
     if (cached != m_userGenerated.constEnd())
         return *cached;
 
-    const QColor background = generatedUserColor(uid);
-    QPixmap pixmap(GeneratedSize, GeneratedSize);
-    pixmap.fill(background);
-    QPainter painter(&pixmap);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    const QRectF area(0, 0, GeneratedSize, GeneratedSize);
-    const QString initials = initialsOf(m_userNames.value(uid));
-    if (initials.isEmpty())
-        drawPersonGlyph(painter, area);
-    else
-        drawInitials(painter, area, initials);
-    painter.end();
-
+    const QPixmap pixmap = paintGeneratedSquare(generatedUserColor(uid), m_userNames.value(uid), Glyph::Person);
     m_userGenerated.insert(uid, pixmap);
     return pixmap;
 }
