@@ -4,7 +4,6 @@
 #include "ClassNoticeWidget.h"
 #include "CourseEngine.h"
 #include "ImSignalObject.h"
-#include "NoticeStacker.h"
 
 #include <QMetaEnum>
 
@@ -19,9 +18,7 @@ QString typeName(int type)
 } // namespace
 
 ClassNoticeHost::ClassNoticeHost(Say say, NoticeStacker* stacker, QObject* parent)
-    : QObject(parent)
-    , m_say(std::move(say))
-    , m_stacker(stacker)
+    : HostPart(std::move(say), stacker, parent)
 {
     connect(ClassNoticeManager::instance(), &ClassNoticeManager::closeStartNoticeWidget, this,
             [this](qulonglong lessonId) { m_say(QStringLiteral("manager: closeStartNoticeWidget(%1)").arg(lessonId)); });
@@ -56,15 +53,8 @@ void ClassNoticeHost::createClassNotice(int type, const QSharedPointer<VyrEngine
     const quint64 lessonId = lesson->lessonId;
     auto* notice = new ClassNoticeWidget(static_cast<ClassNoticeWidget::ClassNoticeType>(type), lesson);
     connect(notice, &ClassNoticeWidget::startClass, this, &ClassNoticeHost::onStartClass);
-    ++m_openCount;
-    connect(notice, &QObject::destroyed, this, [this, lessonId]() {
-        --m_openCount;
-        m_say(QStringLiteral("class notice: closed (lesson %1)").arg(lessonId));
-        emit classNoticeClosed(lessonId);
-    });
-    // Before it pops, so that it takes its place in the stack as it shows.
-    m_stacker->addWindow(notice);
-    notice->popNotice();
+    popCounted(notice, QStringLiteral("class notice: closed (lesson %1)").arg(lessonId),
+               [this, lessonId]() { emit classNoticeClosed(lessonId); });
     ClassNoticeManager::instance()->addClassNotice(lessonId);
     m_say(QStringLiteral("class notice: created %1 for lesson %2").arg(typeName(type)).arg(lessonId));
 }

@@ -2,23 +2,19 @@
 
 #include "SnapshotLesson.h"
 
-#include <QObject>
-#include <QSharedPointer>
-#include <functional>
+#include "HostPart.h"
 
-class NoticeStacker;
+#include <QSharedPointer>
 
 // The host's side of the class notices, as the client drives them: a lesson
 // that needs a notice gets a new card, or its open card is turned to another
 // page; the enter button is answered by announcing the classroom start. No
 // pointer to a card is kept: each deletes itself when it closes, and the
 // stacker (which the cards are handed to) keeps them apart.
-class ClassNoticeHost : public QObject
+class ClassNoticeHost : public HostPart
 {
     Q_OBJECT
 public:
-    using Say = std::function<void(const QString&)>;
-
     ClassNoticeHost(Say say, NoticeStacker* stacker, QObject* parent = nullptr);
 
     // The lesson needs a notice of `type` (a ClassNoticeWidget::ClassNoticeType):
@@ -30,8 +26,6 @@ public:
     void startClassroom(quint64 lessonId, bool local);
     // The user logs out of the client.
     void logOut();
-    // Cards created and not yet destroyed.
-    int openCount() const { return m_openCount; }
 
 signals:
     void classNoticeClosed(quint64 lessonId);
@@ -40,8 +34,4 @@ private:
     void createClassNotice(int type, const QSharedPointer<VyrEngine::SnapshotLesson>& lesson);
     void onStartClass(QSharedPointer<VyrEngine::SnapshotLesson> lesson);
     QSharedPointer<VyrEngine::SnapshotLesson> lessonOf(quint64 lessonId);
-
-    Say m_say;
-    NoticeStacker* m_stacker;
-    int m_openCount = 0;
 };

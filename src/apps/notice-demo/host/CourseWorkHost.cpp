@@ -2,58 +2,55 @@
 
 #include "ExamNoticeWidget.h"
 #include "HomeworkNoticeWidget.h"
-#include "NoticeStacker.h"
 
 CourseWorkHost::CourseWorkHost(Say say, NoticeStacker* stacker, QObject* parent)
-    : QObject(parent)
-    , m_say(std::move(say))
-    , m_stacker(stacker)
+    : HostPart(std::move(say), stacker, parent)
 {
+}
+
+namespace {
+
+QString sideOf(bool reviewSide)
+{
+    return reviewSide ? QStringLiteral("review side") : QStringLiteral("working side");
+}
+
+} // namespace
+
+// Tests and homework ask for their details with the same three ids.
+template <class Notice>
+void CourseWorkHost::sayDetailsRequests(Notice* notice, const QString& kind)
+{
+    connect(notice, &Notice::signalSeeDetails, this,
+            [this, kind](qulonglong courseId, qulonglong workId, qulonglong activityId) {
+                m_say(QStringLiteral("%1 notice: signalSeeDetails(course %2, %1 %3, activity %4)")
+                          .arg(kind)
+                          .arg(courseId)
+                          .arg(workId)
+                          .arg(activityId));
+            });
 }
 
 void CourseWorkHost::examNoticeDue(quint64 userId, int state, const ExamInfo& info, bool reviewSide)
 {
     auto* notice = new ExamNoticeWidget(userId, state, std::make_shared<ExamInfo>(info), reviewSide);
-    connect(notice, &ExamNoticeWidget::signalSeeDetails, this,
-            [this](qulonglong courseId, qulonglong examId, qulonglong activityId) {
-                m_say(QStringLiteral("exam notice: signalSeeDetails(course %1, exam %2, activity %3)")
-                          .arg(courseId)
-                          .arg(examId)
-                          .arg(activityId));
-            });
-    adopt(notice, QStringLiteral("exam notice: exam %1, state %2, %3")
-                      .arg(info.examId)
-                      .arg(state)
-                      .arg(reviewSide ? QStringLiteral("review side") : QStringLiteral("working side")));
+    sayDetailsRequests(notice, QStringLiteral("exam"));
+    adopt(notice, QStringLiteral("exam notice: exam %1, state %2, %3").arg(info.examId).arg(state).arg(sideOf(reviewSide)));
 }
 
 void CourseWorkHost::homeworkNoticeDue(quint64 userId, int state, const HomeworkEntity& info, bool reviewSide)
 {
     auto* notice = new HomeworkNoticeWidget(userId, state, std::make_shared<HomeworkEntity>(info), reviewSide);
-    connect(notice, &HomeworkNoticeWidget::signalSeeDetails, this,
-            [this](qulonglong courseId, qulonglong homeworkId, qulonglong activityId) {
-                m_say(QStringLiteral("homework notice: signalSeeDetails(course %1, homework %2, activity %3)")
-                          .arg(courseId)
-                          .arg(homeworkId)
-                          .arg(activityId));
-            });
+    sayDetailsRequests(notice, QStringLiteral("homework"));
     adopt(notice, QStringLiteral("homework notice: homework %1, state %2%3, %4")
                       .arg(info.homeworkId)
                       .arg(state)
                       .arg(info.revised ? QStringLiteral(" (revised)") : QString())
-                      .arg(reviewSide ? QStringLiteral("review side") : QStringLiteral("working side")));
+                      .arg(sideOf(reviewSide)));
 }
 
 void CourseWorkHost::adopt(PopNoticeBaseWidget* notice, const QString& what)
 {
-    ++m_openCount;
-    connect(notice, &QObject::destroyed, this, [this, what]() {
-        --m_openCount;
-        m_say(QStringLiteral("%1: closed").arg(what));
-        emit courseWorkNoticeClosed();
-    });
-    // Before it pops, so that it takes its place in the stack as it shows.
-    m_stacker->addWindow(notice);
-    notice->popNotice();
+    popCounted(notice, QStringLiteral("%1: closed").arg(what), [this]() { emit courseWorkNoticeClosed(); });
     m_say(QStringLiteral("%1: created").arg(what));
 }

@@ -17,9 +17,7 @@ QString categoryName(VyrEngine::NoticeCategory category)
 } // namespace
 
 GatheredNoticeHost::GatheredNoticeHost(Say say, NoticeStacker* stacker, QObject* parent)
-    : QObject(parent)
-    , m_say(std::move(say))
-    , m_stacker(stacker)
+    : HostPart(std::move(say), stacker, parent)
     , m_activityWindow(new NoticeListWidget(VyrEngine::Activity))
     , m_lessonWindow(new NoticeListWidget(VyrEngine::Lesson))
 {

@@ -2,12 +2,11 @@
 
 #include "GatherNotice.h"
 
-#include <QObject>
-#include <functional>
+#include "HostPart.h"
+
 #include <memory>
 
 class NoticeListWidget;
-class NoticeStacker;
 
 // The host's side of the gathered notices: one window per category, the
 // model's signals wired to handlers that size a window first and then pop or
@@ -16,12 +15,10 @@ class NoticeStacker;
 // Both windows are handed to the host's NoticeStacker, which places them
 // (with the single pop-ups) so that none covers another and leaves a window
 // the user has dragged where it was put until it hides.
-class GatheredNoticeHost : public QObject
+class GatheredNoticeHost : public HostPart
 {
     Q_OBJECT
 public:
-    using Say = std::function<void(const QString&)>;
-
     GatheredNoticeHost(Say say, NoticeStacker* stacker, QObject* parent = nullptr);
     ~GatheredNoticeHost() override;
 
@@ -37,8 +34,6 @@ private:
     void onNoticeWidgetHidden(VyrEngine::NoticeCategory category, bool isPosChanged);
     void reportSignals(NoticeListWidget* window, const QString& name);
 
-    Say m_say;
-    NoticeStacker* m_stacker;
     std::unique_ptr<NoticeListWidget> m_activityWindow;
     std::unique_ptr<NoticeListWidget> m_lessonWindow;
 };

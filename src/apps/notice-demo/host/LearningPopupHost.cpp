@@ -2,15 +2,12 @@
 
 #include "ImSignalObject.h"
 #include "MicroCourseNoticeWidget.h"
-#include "NoticeStacker.h"
 #include "PopNoticeBaseWidget.h"
 #include "StudyActivityNoticeWidget.h"
 #include "StudyReportNoticeWidget.h"
 
 LearningPopupHost::LearningPopupHost(Say say, NoticeStacker* stacker, QObject* parent)
-    : QObject(parent)
-    , m_say(std::move(say))
-    , m_stacker(stacker)
+    : HostPart(std::move(say), stacker, parent)
 {
     // The report's details button asks the client through the signal hub, not through the window.
     connect(ImSignalObject::instance(), &ImSignalObject::signalStudyReportClicked, this,
@@ -48,12 +45,6 @@ void LearningPopupHost::showStudyReport(QSharedPointer<VyrEngine::SnapshotLesson
 
 void LearningPopupHost::adopt(PopNoticeBaseWidget* window, const QString& name)
 {
-    ++m_openCount;
-    connect(window, &QObject::destroyed, this, [this, name]() {
-        --m_openCount;
-        m_say(QStringLiteral("pop-up: closed (%1)").arg(name));
-    });
-    m_stacker->addWindow(window);
-    window->popNotice();
+    popCounted(window, QStringLiteral("pop-up: closed (%1)").arg(name));
     m_say(QStringLiteral("pop-up: created (%1)").arg(name));
 }

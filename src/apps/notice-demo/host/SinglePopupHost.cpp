@@ -11,9 +11,7 @@
 #include <QVBoxLayout>
 
 SinglePopupHost::SinglePopupHost(Say say, NoticeStacker* stacker, QObject* parent)
-    : QObject(parent)
-    , m_say(std::move(say))
-    , m_stacker(stacker)
+    : HostPart(std::move(say), stacker, parent)
 {
     // No browser in the demo: an address the library opens is logged.
     QDesktopServices::setUrlHandler(QStringLiteral("http"), this, "openUrl");

@@ -1,25 +1,20 @@
 #pragma once
 
+#include "HostPart.h"
+
 #include <QList>
-#include <QObject>
 #include <QPointer>
 #include <QUrl>
 #include <QWidget>
-
-#include <functional>
-
-class NoticeStacker;
 
 // The host's side of the cluster notice reminder, the school certification
 // reminder and the friend-request pop-up: each window is created, shown and
 // forgotten; what the user asks for is answered here (the detail page of a
 // cluster notice, an address opened, the friend-request page).
-class SinglePopupHost : public QObject
+class SinglePopupHost : public HostPart
 {
     Q_OBJECT
 public:
-    using Say = std::function<void(const QString&)>;
-
     SinglePopupHost(Say say, NoticeStacker* stacker, QObject* parent = nullptr);
     ~SinglePopupHost() override;
 
@@ -39,8 +34,6 @@ public slots:
     void openUrl(const QUrl& url);
 
 private:
-    Say m_say;
-    NoticeStacker* m_stacker;
     QList<QPointer<QWidget>> m_popups;
     QPointer<QWidget> m_certificationWindow;
 };

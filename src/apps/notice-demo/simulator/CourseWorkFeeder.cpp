@@ -19,25 +19,28 @@ int numberOf(const QJsonObject& step, const char* key)
     return step.value(QLatin1String(key)).toInt();
 }
 
-ExamInfo examOf(const QJsonObject& step)
+// The fields a test and a homework step share.
+void fillCourseWork(CourseWorkRecord& info, const QJsonObject& step)
 {
-    ExamInfo info;
     info.courseId = idOf(step, "courseId");
-    info.examId = idOf(step, "examId");
     info.activityId = idOf(step, "activityId");
     info.name = step.value(QStringLiteral("name")).toString();
     info.expireCount = numberOf(step, "expireCount");
+}
+
+ExamInfo examOf(const QJsonObject& step)
+{
+    ExamInfo info;
+    fillCourseWork(info, step);
+    info.examId = idOf(step, "examId");
     return info;
 }
 
 HomeworkEntity homeworkOf(const QJsonObject& step)
 {
     HomeworkEntity info;
-    info.courseId = idOf(step, "courseId");
+    fillCourseWork(info, step);
     info.homeworkId = idOf(step, "homeworkId");
-    info.activityId = idOf(step, "activityId");
-    info.name = step.value(QStringLiteral("name")).toString();
-    info.expireCount = numberOf(step, "expireCount");
     info.revised = step.value(QStringLiteral("revised")).toBool();
     return info;
 }
