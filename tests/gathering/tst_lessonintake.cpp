@@ -6,10 +6,10 @@
 #include "Model.h"
 #include "ModelSignalRecorder.h"
 #include "NoticeListModel.h"
+#include "NoticeModelTestCase.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QAbstractItemModelTester>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -34,14 +34,16 @@ QList<VyrTrack::Event> pushSends()
 }
 } // namespace
 
-class TestLessonIntake : public QObject
+class TestLessonIntake : public NoticeModelTestCase
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+public:
+    TestLessonIntake()
+        : NoticeModelTestCase(kNow)
+    {
+    }
 
+private slots:
     void rowAppearsOnlyAfterTheLookUp();
     void laterEventUpdatesTheRowInPlace();
     void twoCallsBeforeTheFutureFinishGiveOneRow();
@@ -60,28 +62,7 @@ private slots:
     void updateTracksAgainWithNewPushId();
     void trackingBody_data();
     void trackingBody();
-
-private:
-    QAbstractItemModelTester* m_tester = nullptr;
 };
-
-void TestLessonIntake::initTestCase()
-{
-    QVERIFY(TestKit::loadTranslations());
-}
-
-void TestLessonIntake::init()
-{
-    TestKit::resetAll(kNow);
-    m_tester = TestKit::attachNoticeModelTester(model(), this);
-}
-
-void TestLessonIntake::cleanup()
-{
-    delete m_tester;
-    m_tester = nullptr;
-    TestKit::resetAll(kNow);
-}
 
 // The call returns before the row exists: the name is looked up first.
 void TestLessonIntake::rowAppearsOnlyAfterTheLookUp()
@@ -215,8 +196,7 @@ void TestLessonIntake::cancelledFutureGivesNoRow()
 // A model released while its look-up is pending is gone before the completion; the new model stays empty.
 void TestLessonIntake::releasedModelNeverCompletes()
 {
-    delete m_tester;
-    m_tester = nullptr;
+    detachModelTester();
     TestKit::putLesson(7, QStringLiteral("Geography"), kNow + 600);
     course()->setHoldFutures(true);
     QPointer<NoticeListModel> old = model();

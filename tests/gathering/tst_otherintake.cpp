@@ -6,10 +6,10 @@
 #include "Model.h"
 #include "ModelSignalRecorder.h"
 #include "NoticeListModel.h"
+#include "NoticeModelTestCase.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QAbstractItemModelTester>
 #include <QFontMetrics>
 #include <QUuid>
 #include <QtTest>
@@ -91,14 +91,16 @@ QSharedPointer<StudyActivityNoticeWidgetDisplayPod> display(const QString& headi
 }
 } // namespace
 
-class TestOtherIntake : public QObject
+class TestOtherIntake : public NoticeModelTestCase
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+public:
+    TestOtherIntake()
+        : NoticeModelTestCase(kNow)
+    {
+    }
 
+private slots:
     void clusterTextFitting_data();
     void clusterTextFitting();
     void clusterTextTooLongIsCutWithEllipsis();
@@ -125,28 +127,7 @@ private slots:
     void studyReportCancelledOrModelGone();
     void otherRowsArriveWhileReportPending();
     void noPushSendFromOtherIntakes();
-
-private:
-    QAbstractItemModelTester* m_tester = nullptr;
 };
-
-void TestOtherIntake::initTestCase()
-{
-    QVERIFY(TestKit::loadTranslations());
-}
-
-void TestOtherIntake::init()
-{
-    TestKit::resetAll(kNow);
-    m_tester = TestKit::attachNoticeModelTester(model(), this);
-}
-
-void TestOtherIntake::cleanup()
-{
-    delete m_tester;
-    m_tester = nullptr;
-    TestKit::resetAll(kNow);
-}
 
 void TestOtherIntake::clusterTextFitting_data()
 {
@@ -503,8 +484,7 @@ void TestOtherIntake::studyReportCancelledOrModelGone()
     TestKit::settle();
     QCOMPARE(model()->rowCount(), 0);
 
-    delete m_tester;
-    m_tester = nullptr;
+    detachModelTester();
     QPointer<NoticeListModel> old = model();
     model()->addStudyReportNotice(1);
     NoticeListModel::release();
