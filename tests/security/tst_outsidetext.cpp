@@ -208,58 +208,57 @@ Shown studyReportSentence(const QString& lessonName)
     return shown;
 }
 
-Shown examSentence(const QString& title)
+std::shared_ptr<ExamInfo> examNamed(const QString& title)
 {
     auto info = std::make_shared<ExamInfo>();
     info->courseId = kCourse;
     info->examId = 5;
     info->name = title;
+    return info;
+}
+
+std::shared_ptr<HomeworkEntity> homeworkNamed(const QString& title)
+{
+    auto info = std::make_shared<HomeworkEntity>();
+    info->courseId = kCourse;
+    info->homeworkId = 6;
+    info->name = title;
+    return info;
+}
+
+// A test or homework card: on the working side its sentence quotes `shownName`
+// (the title); on the review side it names the submitting user.
+template <class Notice, class Record>
+Shown courseWorkCard(std::shared_ptr<Record> info, const QString& shownName, bool reviewSide)
+{
     Shown shown;
-    shown.window = std::make_unique<ExamNoticeWidget>(kUser, 1, info, false);
+    shown.window = std::make_unique<Notice>(reviewSide ? kStudent : kUser, reviewSide ? 3 : 1, info, reviewSide);
     shown.browser = child<QTextBrowser>(shown.window.get(), "m_contentBrowser");
-    shown.expected = QLatin1Char('"') + elided(shown.browser, title, 100) + QLatin1Char('"');
+    const QString name = elided(shown.browser, shownName, 100);
+    shown.expected = reviewSide ? name : QString(QLatin1Char('"') + name + QLatin1Char('"'));
     return shown;
+}
+
+Shown examSentence(const QString& title)
+{
+    return courseWorkCard<ExamNoticeWidget>(examNamed(title), title, false);
 }
 
 Shown examReviewer(const QString& userName)
 {
     ContactsEngine::instance()->putUser(UserInfo(kStudent, userName));
-    auto info = std::make_shared<ExamInfo>();
-    info->courseId = kCourse;
-    info->examId = 5;
-    info->name = QStringLiteral("Algebra");
-    Shown shown;
-    shown.window = std::make_unique<ExamNoticeWidget>(kStudent, 3, info, true);
-    shown.browser = child<QTextBrowser>(shown.window.get(), "m_contentBrowser");
-    shown.expected = elided(shown.browser, userName, 100);
-    return shown;
+    return courseWorkCard<ExamNoticeWidget>(examNamed(QStringLiteral("Algebra")), userName, true);
 }
 
 Shown homeworkSentence(const QString& title)
 {
-    auto info = std::make_shared<HomeworkEntity>();
-    info->courseId = kCourse;
-    info->homeworkId = 6;
-    info->name = title;
-    Shown shown;
-    shown.window = std::make_unique<HomeworkNoticeWidget>(kUser, 1, info, false);
-    shown.browser = child<QTextBrowser>(shown.window.get(), "m_contentBrowser");
-    shown.expected = QLatin1Char('"') + elided(shown.browser, title, 100) + QLatin1Char('"');
-    return shown;
+    return courseWorkCard<HomeworkNoticeWidget>(homeworkNamed(title), title, false);
 }
 
 Shown homeworkReviewer(const QString& userName)
 {
     ContactsEngine::instance()->putUser(UserInfo(kStudent, userName));
-    auto info = std::make_shared<HomeworkEntity>();
-    info->courseId = kCourse;
-    info->homeworkId = 6;
-    info->name = QStringLiteral("Essay");
-    Shown shown;
-    shown.window = std::make_unique<HomeworkNoticeWidget>(kStudent, 3, info, true);
-    shown.browser = child<QTextBrowser>(shown.window.get(), "m_contentBrowser");
-    shown.expected = elided(shown.browser, userName, 100);
-    return shown;
+    return courseWorkCard<HomeworkNoticeWidget>(homeworkNamed(QStringLiteral("Essay")), userName, true);
 }
 
 using Builder = std::function<Shown(const QString&)>;

@@ -3,8 +3,8 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
-#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
+#include "NoticeWindowTestCase.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
 #include "VyrTrack.h"
@@ -51,14 +51,16 @@ void verifyClick(const VyrTrack::Event& event, const QString& title, bool checkU
 } // namespace
 
 // What activating a row, its enter-classroom button or the close button does.
-class TestItemActivation : public QObject
+class TestItemActivation : public NoticeWindowTestCase
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+public:
+    TestItemActivation()
+        : NoticeWindowTestCase(NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost)
+    {
+    }
 
+private slots:
     void delegateSignalsReachTheWindow();
     void friendRequestRowEmitsAndIsRemoved();
     void lessonRowsEmitLessonDetails_data();
@@ -77,25 +79,7 @@ private slots:
     void clickTitleLosesCountKeepsBlank_data();
     void clickTitleLosesCountKeepsBlank();
     void pushIdIsNewForEveryClick();
-
-private:
-    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost};
 };
-
-void TestItemActivation::initTestCase()
-{
-    QVERIFY(TestKit::loadTranslations());
-}
-
-void TestItemActivation::init()
-{
-    m_fixture.init();
-}
-
-void TestItemActivation::cleanup()
-{
-    m_fixture.cleanup();
-}
 
 // The delegate's two signals are wired to the window's slots.
 void TestItemActivation::delegateSignalsReachTheWindow()

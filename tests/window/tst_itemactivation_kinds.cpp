@@ -7,8 +7,8 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
-#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
+#include "NoticeWindowTestCase.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
@@ -46,38 +46,22 @@ QSharedPointer<StudyActivityNoticeWidgetDisplayPod> display(const QString& headi
 
 } // namespace
 
-class TestItemActivationKinds : public QObject
+class TestItemActivationKinds : public NoticeWindowTestCase
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+public:
+    TestItemActivationKinds()
+        : NoticeWindowTestCase(NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost)
+    {
+    }
 
+private slots:
     void clusterNoticeRowEmitsContentId();
     void studyReportRowEmitsLessonId();
     void studyActivityRowEmitsBothRecords();
     void clickOrderFollowsTypeTable();
     void closeLoopSkipsOtherKinds();
-
-private:
-    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals | NoticeWindowFixture::WireHost};
 };
-
-void TestItemActivationKinds::initTestCase()
-{
-    QVERIFY(TestKit::loadTranslations());
-}
-
-void TestItemActivationKinds::init()
-{
-    m_fixture.init();
-}
-
-void TestItemActivationKinds::cleanup()
-{
-    m_fixture.cleanup();
-}
 
 // A cluster notice row: viewClusterNoticeDetails(contentId), tracked, removed.
 void TestItemActivationKinds::clusterNoticeRowEmitsContentId()

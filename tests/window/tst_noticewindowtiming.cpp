@@ -3,8 +3,8 @@
 #include "Movable.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
-#include "NoticeWindowFixture.h"
 #include "NoticeWindowHarness.h"
+#include "NoticeWindowTestCase.h"
 #include "ScreenCorner.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
@@ -58,14 +58,16 @@ void invoke(NoticeListWidget* window, const char* slot)
 } // namespace
 
 // Height, placement, hold time, pointer, fade and drag of the notice window.
-class TestNoticeWindowTiming : public QObject
+class TestNoticeWindowTiming : public NoticeWindowTestCase
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+public:
+    TestNoticeWindowTiming()
+        : NoticeWindowTestCase(NoticeWindowFixture::RecordSignals)
+    {
+    }
 
+private slots:
     // Height
     void heightGoingUp_data();
     void heightGoingUp();
@@ -122,25 +124,7 @@ private slots:
     void dragBelowTitleStripDoesNothing();
     void popupTimeIsPlainStore();
     void anyOrderOfOperationsStaysConsistent();
-
-private:
-    NoticeWindowFixture m_fixture{NoticeWindowFixture::RecordSignals};
 };
-
-void TestNoticeWindowTiming::initTestCase()
-{
-    QVERIFY(TestKit::loadTranslations());
-}
-
-void TestNoticeWindowTiming::init()
-{
-    m_fixture.init();
-}
-
-void TestNoticeWindowTiming::cleanup()
-{
-    m_fixture.cleanup();
-}
 
 // 1, 2, 3 rows: 88 each; the fourth adds half a row; from the fifth on nothing grows.
 void TestNoticeWindowTiming::heightGoingUp_data()
