@@ -8,7 +8,6 @@
 #include "VyrUtils.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QBuffer>
 #include <QDesktopServices>
 #include <QPainter>
 #include <QPointer>
@@ -127,12 +126,7 @@ void TestBoundedHtml::initTestCase()
         QDesktopServices::setUrlHandler(QLatin1String(scheme), &m_urls, "open");
 
     // Warm Qt up before any spy is armed: image plugins, fonts, one row, one card.
-    QImage warm(4, 4, QImage::Format_ARGB32);
-    warm.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    QVERIFY(warm.save(&buffer, "PNG"));
-    QVERIFY(!QImage::fromData(png).isNull());
+    QVERIFY(ResourceSpy::warmUpImagePlugins());
     QImage ignored;
     showInRow(QStringLiteral("<b>warm</b> <img src=\":/missing\">"), &ignored);
     showInCard(QStringLiteral("<b>warm</b> <img src=\":/missing\">"), &ignored);

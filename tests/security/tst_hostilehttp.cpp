@@ -75,6 +75,16 @@ HttpReply endlessDrip(const QByteArray& contentType)
     return drip;
 }
 
+// A local picture that no address a server names may reach; empty when it can't be written.
+QString writeSecretPicture(const QTemporaryDir& dir)
+{
+    const QString path = dir.filePath(QStringLiteral("secret.png"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(pngBytes(kCoverColour)) <= 0)
+        return QString();
+    return path;
+}
+
 } // namespace
 
 // Hostile HTTP servers against the micro-course cover and the cluster notice reminder:
@@ -341,12 +351,8 @@ void TestHostileHttp::coverAddresses()
     QFETCH(QString, refusal);
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    const QString secret = dir.filePath(QStringLiteral("secret.png"));
-    {
-        QFile file(secret);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(pngBytes(kCoverColour));
-    }
+    const QString secret = writeSecretPicture(dir);
+    QVERIFY(!secret.isEmpty());
     const auto fill = [this, &secret](QString text) {
         return text.replace(QLatin1String("@S"), m_server.baseUrl().toString())
             .replace(QLatin1String("@O"), m_other.baseUrl().toString())
@@ -529,11 +535,8 @@ void TestHostileHttp::downloaderFetchesOnlyHttp()
     QFETCH(bool, fetched);
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    const QString secret = dir.filePath(QStringLiteral("secret.png"));
-    QFile file(secret);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(pngBytes(kCoverColour));
-    file.close();
+    const QString secret = writeSecretPicture(dir);
+    QVERIFY(!secret.isEmpty());
     m_server.setReply("/covers/a.png", HttpReply::png(pngBytes(kCoverColour)));
     address.replace(QLatin1String("@S"), m_server.baseUrl().toString()).replace(QLatin1String("@F"), secret);
 

@@ -1,5 +1,7 @@
 #include "ResourceSpy.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QLibraryInfo>
 #include <QMutexLocker>
 #include <private/qabstractfileengine_p.h>
@@ -53,4 +55,13 @@ void ResourceSpy::clear()
 {
     QMutexLocker lock(&m_handler->m_mutex);
     m_handler->m_names.clear();
+}
+
+bool ResourceSpy::warmUpImagePlugins()
+{
+    QImage warm(4, 4, QImage::Format_ARGB32);
+    warm.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    return warm.save(&buffer, "PNG") && !QImage::fromData(png).isNull();
 }

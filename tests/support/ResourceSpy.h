@@ -24,6 +24,10 @@ public:
     ResourceSpy(const ResourceSpy&) = delete;
     ResourceSpy& operator=(const ResourceSpy&) = delete;
 
+    // Makes Qt scan its image plugins, as it does once, by writing and reading
+    // one picture (a picture merely made loads no plugin); false if either failed.
+    static bool warmUpImagePlugins();
+
     QStringList names() const;
     QStringList outsideNames() const;
     void clear();

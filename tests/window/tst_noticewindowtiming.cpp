@@ -55,6 +55,14 @@ void invoke(NoticeListWidget* window, const char* slot)
     QVERIFY(QMetaObject::invokeMethod(window, slot, Qt::DirectConnection));
 }
 
+// The two states a shown window rests in: open, or held by the pointer over it.
+void addOpenAndHeldRows()
+{
+    QTest::addColumn<bool>("held");
+    QTest::newRow("open") << false;
+    QTest::newRow("held") << true;
+}
+
 } // namespace
 
 // Height, placement, hold time, pointer, fade and drag of the notice window.
@@ -515,9 +523,7 @@ void TestNoticeWindowTiming::heldLessonUpdateResetsPausedCount()
 // Open or Held --adjustListHeight(1) leaving 88 or more--> unchanged: title, shrink, timer untouched.
 void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows_data()
 {
-    QTest::addColumn<bool>("held");
-    QTest::newRow("open") << false;
-    QTest::newRow("held") << true;
+    addOpenAndHeldRows();
 }
 
 void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows()
@@ -543,9 +549,7 @@ void TestNoticeWindowTiming::openOrHeldRemoveKeepingRows()
 // Open or Held --adjustListHeight(1) leaving less than 88--> Hidden: signal, log, flag cleared, timer stopped.
 void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides_data()
 {
-    QTest::addColumn<bool>("held");
-    QTest::newRow("open") << false;
-    QTest::newRow("held") << true;
+    addOpenAndHeldRows();
 }
 
 void TestNoticeWindowTiming::openOrHeldRemoveLastRowHides()
