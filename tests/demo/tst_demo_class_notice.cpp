@@ -3,12 +3,12 @@
 // (the host's lines, the windows' places at the screenshots) and by the
 // tracking log.
 
+#include "DemoRun.h"
+
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -89,7 +89,7 @@ private:
     int lineIndex(const QString& line, int from = 0) const;
     QRect windowAt(const QString& shot, const QString& name) const;
 
-    QTemporaryDir m_dir;
+    DemoRun m_run;
     int m_exitCode = -1;
     QStringList m_stdout;
     QList<QJsonObject> m_clicks;
@@ -97,28 +97,19 @@ private:
 
 void TestDemoClassNotice::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    const QString scenario = m_dir.filePath(QStringLiteral("cards.json"));
-    QFile file(scenario);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(kScenario);
-    file.close();
-    const QString trackLog = m_dir.filePath(QStringLiteral("track.jsonl"));
+    QVERIFY(m_run.isValid());
+    const QString scenario = m_run.writeFile(QStringLiteral("cards.json"), kScenario);
+    QVERIFY(!scenario.isEmpty());
+    QVERIFY(m_run.start(QStringLiteral(NOTICE_DEMO_PATH), {QStringLiteral("--scenario"), scenario,
+                                                           QStringLiteral("--screen"), QStringLiteral("1280x800")}));
+    QVERIFY(m_run.finish(60000));
+    m_exitCode = m_run.exitCode();
+    m_stdout = m_run.outputLines();
 
-    QProcess demo;
-    demo.start(QStringLiteral(NOTICE_DEMO_PATH),
-               {QStringLiteral("--scenario"), scenario, QStringLiteral("--screen"), QStringLiteral("1280x800"),
-                QStringLiteral("--track-log"), trackLog, QStringLiteral("--screenshots"),
-                m_dir.filePath(QStringLiteral("shots"))});
-    QVERIFY(demo.waitForStarted());
-    QVERIFY(demo.waitForFinished(60000));
-    m_exitCode = demo.exitCode();
-    m_stdout = QString::fromUtf8(demo.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-
-    QFile log(trackLog);
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    while (!log.atEnd()) {
-        const QJsonObject event = QJsonDocument::fromJson(log.readLine().trimmed()).object();
+    QList<QByteArray> lines;
+    QVERIFY(m_run.readTrackLines(&lines));
+    for (const QByteArray& line : lines) {
+        const QJsonObject event = QJsonDocument::fromJson(line).object();
         if (event.value(QStringLiteral("event")).toString() == QLatin1String("PushClick"))
             m_clicks << event.value(QStringLiteral("data")).toObject();
     }
@@ -240,7 +231,7 @@ void TestDemoClassNotice::cardsStandApartAtTheCorner()
 // The course's new cover takes the generated picture's place on the card.
 void TestDemoClassNotice::downloadedCoverShowsOnTheCard()
 {
-    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QDir shots(m_run.filePath(QStringLiteral("shots")));
     const auto hasCoverColour = [](const QImage& image) {
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {

@@ -2,11 +2,11 @@
 // produce: the windows' signals on stdout, the tracking events in the JSON
 // lines log, and the screenshots.
 
+#include "DemoRun.h"
+
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -33,7 +33,7 @@ private:
     // The tracking events of the class notice card: those that name its lesson.
     QList<QJsonObject> classNoticeEvents(const QString& name) const;
 
-    QTemporaryDir m_dir;
+    DemoRun m_run;
     int m_exitCode = -1;
     QStringList m_stdout;
     QList<QJsonObject> m_track;
@@ -41,28 +41,18 @@ private:
 
 void TestDemoEndToEnd::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    QProcess demo;
+    QVERIFY(m_run.isValid());
     // The demo inherits the platform that CTest gives this test.
-    demo.setProcessChannelMode(QProcess::SeparateChannels);
-    const QString trackLog = m_dir.filePath(QStringLiteral("track.jsonl"));
-    demo.start(QStringLiteral(NOTICE_DEMO_PATH),
-               {QStringLiteral("--speed"), QStringLiteral("5"), QStringLiteral("--track-log"), trackLog,
-                QStringLiteral("--screenshots"), m_dir.filePath(QStringLiteral("shots"))});
-    QVERIFY(demo.waitForStarted());
+    QVERIFY(m_run.start(QStringLiteral(NOTICE_DEMO_PATH), {QStringLiteral("--speed"), QStringLiteral("5")}));
     // The scenario takes under two seconds at this speed; the last window's 15-second hold is the library's own.
-    QVERIFY(demo.waitForFinished(90000));
-    m_exitCode = demo.exitCode();
-    m_stdout = QString::fromUtf8(demo.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    const QString errors = QString::fromUtf8(demo.readAllStandardError());
-    QVERIFY2(!errors.contains(QLatin1String("unknown action")), qPrintable(errors));
+    QVERIFY(m_run.finish(90000));
+    m_exitCode = m_run.exitCode();
+    m_stdout = m_run.outputLines();
+    QVERIFY2(!m_run.errors().contains(QLatin1String("unknown action")), qPrintable(m_run.errors()));
 
-    QFile log(trackLog);
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    while (!log.atEnd()) {
-        const QByteArray line = log.readLine().trimmed();
-        if (line.isEmpty())
-            continue;
+    QList<QByteArray> lines;
+    QVERIFY(m_run.readTrackLines(&lines));
+    for (const QByteArray& line : lines) {
         const QJsonDocument doc = QJsonDocument::fromJson(line);
         QVERIFY2(doc.isObject(), line.constData());
         m_track << doc.object();
@@ -178,7 +168,7 @@ void TestDemoEndToEnd::clicksAreTrackedKeyByKey()
 // Each "screenshot" step wrote the visible windows and the whole screen.
 void TestDemoEndToEnd::screenshotsShowTheWindows()
 {
-    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QDir shots(m_run.filePath(QStringLiteral("shots")));
     const QStringList screens = shots.entryList({QStringLiteral("*-screen.png")}, QDir::Files, QDir::Name);
     QCOMPARE(screens.size(), 5);
     const QImage lesson(shots.filePath(QStringLiteral("01-class-ahead-Lesson.png")));
@@ -200,7 +190,7 @@ void TestDemoEndToEnd::screenshotsShowTheWindows()
 // The drag waits for the Activity window's slide down to end, so the slide can't carry it back to the corner.
 void TestDemoEndToEnd::draggedWindowIsShotWhereItWasPut()
 {
-    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QDir shots(m_run.filePath(QStringLiteral("shots")));
     const QImage screen(shots.filePath(QStringLiteral("05-dragged-activity-screen.png")));
     QCOMPARE(screen.size(), QSize(800, 600));
     // Right of the dragged window (120 px left of the corner): the bare desktop.
@@ -270,7 +260,7 @@ void TestDemoEndToEnd::classNoticeIsTrackedPageByPage()
 // A picture of the card on each of its three pages; the card is gone after the enter.
 void TestDemoEndToEnd::classNoticeIsShotOnEachPage()
 {
-    const QDir shots(m_dir.filePath(QStringLiteral("shots")));
+    const QDir shots(m_run.filePath(QStringLiteral("shots")));
     QList<QImage> pages;
     for (const char* file : {"01-class-ahead-ClassNotice.png", "02-class-prepare-ClassNotice.png",
                              "03-class-start-ClassNotice.png"}) {

@@ -1,11 +1,11 @@
 // Runs the demo's friend-request scenario offscreen: the page fed with a few
 // hundred requests, answered, right-clicked, scrolled, with its boxes, menu
 // and password dialog answered, and checks what it must produce.
+#include "DemoRun.h"
+
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestDemoFriendRequests : public QObject
@@ -25,7 +25,7 @@ private slots:
 private:
     QStringList linesStartingWith(const QString& prefix) const;
 
-    QTemporaryDir m_dir;
+    DemoRun m_run;
     int m_exitCode = -1;
     QStringList m_stdout;
     QStringList m_log; // the library's and the kit's log lines, on stderr
@@ -34,26 +34,18 @@ private:
 
 void TestDemoFriendRequests::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    QProcess demo;
-    demo.setProcessChannelMode(QProcess::SeparateChannels);
-    const QString trackLog = m_dir.filePath(QStringLiteral("track.jsonl"));
-    demo.start(QStringLiteral(NOTICE_DEMO_PATH),
-               {QStringLiteral("--scenario"), QStringLiteral(NOTICE_DEMO_DIR "/scenarios/friendrequests.json"),
-                QStringLiteral("--speed"), QStringLiteral("4"), QStringLiteral("--track-log"), trackLog,
-                QStringLiteral("--screenshots"), m_dir.filePath(QStringLiteral("shots"))});
-    QVERIFY(demo.waitForStarted());
-    QVERIFY(demo.waitForFinished(60000));
-    m_exitCode = demo.exitCode();
-    m_stdout = QString::fromUtf8(demo.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    m_log = QString::fromUtf8(demo.readAllStandardError()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QFile log(trackLog);
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    while (!log.atEnd()) {
-        const QByteArray line = log.readLine().trimmed();
-        if (!line.isEmpty())
-            m_track << QJsonDocument::fromJson(line).object();
-    }
+    QVERIFY(m_run.isValid());
+    QVERIFY(m_run.start(QStringLiteral(NOTICE_DEMO_PATH),
+                        {QStringLiteral("--scenario"), QStringLiteral(NOTICE_DEMO_DIR "/scenarios/friendrequests.json"),
+                         QStringLiteral("--speed"), QStringLiteral("4")}));
+    QVERIFY(m_run.finish(60000));
+    m_exitCode = m_run.exitCode();
+    m_stdout = m_run.outputLines();
+    m_log = m_run.errorLines();
+    QList<QByteArray> lines;
+    QVERIFY(m_run.readTrackLines(&lines));
+    for (const QByteArray& line : lines)
+        m_track << QJsonDocument::fromJson(line).object();
 }
 
 QStringList TestDemoFriendRequests::linesStartingWith(const QString& prefix) const
@@ -140,7 +132,7 @@ void TestDemoFriendRequests::screenshotsShowThePageAndWhatIsOpenOverIt()
 {
     QFETCH(QString, file);
     QFETCH(QSize, size);
-    const QImage image(m_dir.filePath(QStringLiteral("shots/") + file));
+    const QImage image(m_run.filePath(QStringLiteral("shots/") + file));
     QVERIFY2(!image.isNull(), qPrintable(file));
     if (size.isValid())
         QCOMPARE(image.size(), size);

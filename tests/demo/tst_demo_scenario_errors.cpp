@@ -2,9 +2,10 @@
 // (no window, no step, no tracking event), with a message that names where the
 // problem is (the step's index and action, or the seed entry) and the field.
 
+#include "DemoRun.h"
+
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestDemoScenarioErrors : public QObject
@@ -171,33 +172,25 @@ void TestDemoScenarioErrors::refusedBeforeAnythingRuns()
     QFETCH(QByteArray, json);
     QFETCH(QStringList, expected);
 
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath(QStringLiteral("bad.json"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(json);
-    file.close();
-    const QString trackLog = dir.filePath(QStringLiteral("track.jsonl"));
+    DemoRun run;
+    QVERIFY(run.isValid());
+    const QString path = run.writeFile(QStringLiteral("bad.json"), json);
+    QVERIFY(!path.isEmpty());
+    QVERIFY(run.start(QStringLiteral(NOTICE_DEMO_PATH), {QStringLiteral("--scenario"), path}));
+    QVERIFY(run.finish(30000));
+    const QString out = run.output();
+    const QString err = run.errors();
 
-    QProcess demo;
-    demo.start(QStringLiteral(NOTICE_DEMO_PATH), {QStringLiteral("--scenario"), path, QStringLiteral("--track-log"),
-                                                  trackLog, QStringLiteral("--screenshots"),
-                                                  dir.filePath(QStringLiteral("shots"))});
-    QVERIFY(demo.waitForFinished(30000));
-    const QString out = QString::fromUtf8(demo.readAllStandardOutput());
-    const QString err = QString::fromUtf8(demo.readAllStandardError());
-
-    QCOMPARE(demo.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(demo.exitCode(), 2);
+    QCOMPARE(run.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(run.exitCode(), 2);
     QVERIFY2(err.contains(QLatin1String("nothing was run")), qPrintable(err));
     for (const QString& piece : expected)
         QVERIFY2(err.contains(piece), qPrintable(QStringLiteral("missing \"%1\" in:\n%2").arg(piece, err)));
     QVERIFY2(err.contains(path), qPrintable(err));
     // Nothing ran: no output at all, no tracking log, no screenshot folder.
     QVERIFY2(out.isEmpty(), qPrintable(out));
-    QVERIFY(!QFile::exists(trackLog));
-    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("shots"))));
+    QVERIFY(!QFile::exists(run.trackLogPath()));
+    QVERIFY(!QFile::exists(run.filePath(QStringLiteral("shots"))));
 }
 
 // A scenario that isn't there is named, with exit 2.

@@ -1,6 +1,5 @@
 #include "ResourceSpy.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
