@@ -82,6 +82,16 @@ QPixmap paintGeneratedSquare(const QColor& background, const QString& name, Glyp
     return pixmap;
 }
 
+// The generated square of `id`, made at the first call and kept in `cache`.
+QPixmap generatedOnce(QHash<quint64, QPixmap>& cache, quint64 id, const QColor& background, const QString& name,
+                      Glyph glyph)
+{
+    auto cached = cache.constFind(id);
+    if (cached != cache.constEnd())
+        return *cached;
+    return *cache.insert(id, paintGeneratedSquare(background, name, glyph));
+}
+
 } // namespace
 
 AvatarManager::AvatarManager(QObject* parent)
@@ -112,13 +122,7 @@ QColor AvatarManager::generatedColor(quint64 clusterId)
 
 QPixmap AvatarManager::generatedAvatar(quint64 clusterId)
 {
-    auto cached = m_generated.constFind(clusterId);
-    if (cached != m_generated.constEnd())
-        return *cached;
-
-    const QPixmap pixmap = paintGeneratedSquare(generatedColor(clusterId), m_names.value(clusterId), Glyph::Group);
-    m_generated.insert(clusterId, pixmap);
-    return pixmap;
+    return generatedOnce(m_generated, clusterId, generatedColor(clusterId), m_names.value(clusterId), Glyph::Group);
 }
 
 QPixmap AvatarManager::toGray(const QPixmap& pixmap)
@@ -182,13 +186,7 @@ QColor AvatarManager::generatedUserColor(quint64 uid)
 
 QPixmap AvatarManager::generatedUserAvatar(quint64 uid)
 {
-    auto cached = m_userGenerated.constFind(uid);
-    if (cached != m_userGenerated.constEnd())
-        return *cached;
-
-    const QPixmap pixmap = paintGeneratedSquare(generatedUserColor(uid), m_userNames.value(uid), Glyph::Person);
-    m_userGenerated.insert(uid, pixmap);
-    return pixmap;
+    return generatedOnce(m_userGenerated, uid, generatedUserColor(uid), m_userNames.value(uid), Glyph::Person);
 }
 
 void AvatarManager::putUserAvatar(quint64 uid, const QPixmap& pixmap)

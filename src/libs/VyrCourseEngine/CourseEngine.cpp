@@ -7,6 +7,19 @@
 
 namespace VyrEngine {
 
+namespace {
+
+// The record a lesson or course future delivers: an id and its name.
+QSharedPointer<LessonInfo> lessonInfoOf(quint64 id, const QString& name)
+{
+    auto info = QSharedPointer<LessonInfo>::create();
+    info->id = id;
+    info->name = name;
+    return info;
+}
+
+} // namespace
+
 CourseEngine* CourseEngine::m_pInstance = nullptr;
 
 CourseEngine::CourseEngine(QObject* parent)
@@ -38,10 +51,7 @@ CourseEngine::LessonInfoFuture CourseEngine::lessonInfoFuture(quint64 schoolId, 
     Q_UNUSED(courseId)
     // The engine always delivers a record; a lesson it lost meanwhile has an empty name.
     return startPending([this, lessonId]() {
-        auto info = QSharedPointer<LessonInfo>::create();
-        info->id = lessonId;
-        info->name = m_lessonNames.value(lessonId);
-        return info;
+        return lessonInfoOf(lessonId, m_lessonNames.value(lessonId));
     });
 }
 
@@ -51,17 +61,10 @@ CourseEngine::LessonInfoFuture CourseEngine::courseInfoFuture(QSharedPointer<Sna
     if (m_coursesInHandWithoutRecord.contains(courseId))
         return finishedAtOnce(QSharedPointer<LessonInfo>());
     auto inHand = m_coursesInHand.constFind(courseId);
-    if (inHand != m_coursesInHand.constEnd()) {
-        auto info = QSharedPointer<LessonInfo>::create();
-        info->id = courseId;
-        info->name = *inHand;
-        return finishedAtOnce(info);
-    }
+    if (inHand != m_coursesInHand.constEnd())
+        return finishedAtOnce(lessonInfoOf(courseId, *inHand));
     return startPending([this, courseId]() {
-        auto info = QSharedPointer<LessonInfo>::create();
-        info->id = courseId;
-        info->name = m_courses.value(courseId).name;
-        return info;
+        return lessonInfoOf(courseId, m_courses.value(courseId).name);
     });
 }
 

@@ -54,26 +54,21 @@ QString expected(Type type)
         return QStringLiteral("a string");
     case Type::Boolean:
         return QStringLiteral("true or false");
-    case Type::Category:
-        return QStringLiteral("a category (a string)");
-    case Type::NoticeType:
-        return QStringLiteral("a notice type (a string)");
-    case Type::ClassNoticeType:
-        return QStringLiteral("a class notice type (a string)");
-    case Type::CardButton:
-        return QStringLiteral("a card button (a string)");
-    case Type::MenuEntry:
-        return QStringLiteral("a menu entry (a string)");
-    case Type::BoxButton:
-        return QStringLiteral("a box button (a string)");
-    case Type::HoverTarget:
-        return QStringLiteral("a hover target (a string)");
     case Type::IntegerList:
         return QStringLiteral("a list of integers");
     case Type::Array:
         return QStringLiteral("an array");
+    case Type::Category:
+    case Type::NoticeType:
+    case Type::ClassNoticeType:
+    case Type::CardButton:
+    case Type::MenuEntry:
+    case Type::BoxButton:
+    case Type::HoverTarget:
+        break;
     }
-    return QString();
+    // A string out of a list of choices, named as the format names its type.
+    return QStringLiteral("a %1 (a string)").arg(ScenarioFormat::typeName(type));
 }
 
 bool isInteger(const QJsonValue& value)
