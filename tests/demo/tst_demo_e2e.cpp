@@ -34,7 +34,6 @@ private:
     QList<QJsonObject> classNoticeEvents(const QString& name) const;
 
     DemoRun m_run;
-    int m_exitCode = -1;
     QStringList m_stdout;
     QList<QJsonObject> m_track;
 };
@@ -46,7 +45,6 @@ void TestDemoEndToEnd::initTestCase()
     QVERIFY(m_run.start(QStringLiteral(NOTICE_DEMO_PATH), {QStringLiteral("--speed"), QStringLiteral("5")}));
     // The scenario takes under two seconds at this speed; the last window's 15-second hold is the library's own.
     QVERIFY(m_run.finish(90000));
-    m_exitCode = m_run.exitCode();
     m_stdout = m_run.outputLines();
     QVERIFY2(!m_run.errors().contains(QLatin1String("unknown action")), qPrintable(m_run.errors()));
 
@@ -92,7 +90,7 @@ QList<QJsonObject> TestDemoEndToEnd::classNoticeEvents(const QString& name) cons
 // The run ends by itself, with 0, once the last window has faded out.
 void TestDemoEndToEnd::runsToTheEndAndQuitsWhenWindowsHaveGone()
 {
-    QCOMPARE(m_exitCode, 0);
+    QCOMPARE(m_run.exitCode(), 0);
     QVERIFY(m_stdout.contains(QStringLiteral("waiting for the windows to go")));
     QVERIFY(!m_stdout.contains(QStringLiteral("windows still up after the timeout")));
     QCOMPARE(m_stdout.last(), QStringLiteral("window Activity: noticeWidgetHidden(Activity, true)"));

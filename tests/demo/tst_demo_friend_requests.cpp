@@ -26,7 +26,6 @@ private:
     QStringList linesStartingWith(const QString& prefix) const;
 
     DemoRun m_run;
-    int m_exitCode = -1;
     QStringList m_stdout;
     QStringList m_log; // the library's and the kit's log lines, on stderr
     QList<QJsonObject> m_track;
@@ -39,7 +38,6 @@ void TestDemoFriendRequests::initTestCase()
                         {QStringLiteral("--scenario"), QStringLiteral(NOTICE_DEMO_DIR "/scenarios/friendrequests.json"),
                          QStringLiteral("--speed"), QStringLiteral("4")}));
     QVERIFY(m_run.finish(60000));
-    m_exitCode = m_run.exitCode();
     m_stdout = m_run.outputLines();
     m_log = m_run.errorLines();
     QList<QByteArray> lines;
@@ -61,7 +59,7 @@ QStringList TestDemoFriendRequests::linesStartingWith(const QString& prefix) con
 // Every step ran and the run quit by itself, with no box left waiting for a person.
 void TestDemoFriendRequests::runsToTheEnd()
 {
-    QCOMPARE(m_exitCode, 0);
+    QCOMPARE(m_run.exitCode(), 0);
     QVERIFY(m_stdout.contains(QStringLiteral("step 35 @6500ms: {\"do\":\"quit\"}")));
     QVERIFY(linesStartingWith(QStringLiteral("friend requests: the page isn't open")).isEmpty());
     QVERIFY(linesStartingWith(QStringLiteral("friend requests: no row")).isEmpty());

@@ -484,12 +484,8 @@ void TestOtherIntake::studyReportCancelledOrModelGone()
     TestKit::settle();
     QCOMPARE(model()->rowCount(), 0);
 
-    detachModelTester();
-    QPointer<NoticeListModel> old = model();
     model()->addStudyReportNotice(1);
-    NoticeListModel::release();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!old);
+    QVERIFY(releaseModel());
     course()->finishPendingFutures();
     TestKit::settle();
     QCOMPARE(model()->rowCount(), 0);

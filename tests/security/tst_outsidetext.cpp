@@ -208,22 +208,25 @@ Shown studyReportSentence(const QString& lessonName)
     return shown;
 }
 
-std::shared_ptr<ExamInfo> examNamed(const QString& title)
+// A test or homework record of the course, with its id in `idField`.
+template <class Record>
+std::shared_ptr<Record> courseWork(quint64 Record::*idField, quint64 id, const QString& title)
 {
-    auto info = std::make_shared<ExamInfo>();
+    auto info = std::make_shared<Record>();
     info->courseId = kCourse;
-    info->examId = 5;
+    info.get()->*idField = id;
     info->name = title;
     return info;
 }
 
+std::shared_ptr<ExamInfo> examNamed(const QString& title)
+{
+    return courseWork(&ExamInfo::examId, 5, title);
+}
+
 std::shared_ptr<HomeworkEntity> homeworkNamed(const QString& title)
 {
-    auto info = std::make_shared<HomeworkEntity>();
-    info->courseId = kCourse;
-    info->homeworkId = 6;
-    info->name = title;
-    return info;
+    return courseWork(&HomeworkEntity::homeworkId, 6, title);
 }
 
 // A test or homework card: on the working side its sentence quotes `shownName`

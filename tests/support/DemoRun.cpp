@@ -41,10 +41,10 @@ bool DemoRun::start(const QString& program, const QStringList& arguments)
 
 bool DemoRun::finish(int timeoutMs)
 {
-    const bool finished = m_process.waitForFinished(timeoutMs);
+    m_finished = m_process.waitForFinished(timeoutMs);
     m_output = QString::fromUtf8(m_process.readAllStandardOutput());
     m_errors = QString::fromUtf8(m_process.readAllStandardError());
-    return finished;
+    return m_finished;
 }
 
 QProcess::ExitStatus DemoRun::exitStatus() const
@@ -54,7 +54,7 @@ QProcess::ExitStatus DemoRun::exitStatus() const
 
 int DemoRun::exitCode() const
 {
-    return m_process.exitCode();
+    return m_finished ? m_process.exitCode() : -1;
 }
 
 QStringList DemoRun::outputLines() const

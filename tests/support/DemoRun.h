@@ -28,6 +28,7 @@ public:
     bool finish(int timeoutMs);
 
     QProcess::ExitStatus exitStatus() const;
+    // The program's exit code; -1 until it has finished.
     int exitCode() const;
     QString output() const { return m_output; }
     QString errors() const { return m_errors; }
@@ -39,6 +40,7 @@ public:
 private:
     QTemporaryDir m_dir;
     QProcess m_process;
+    bool m_finished = false;
     QString m_output;
     QString m_errors;
 };

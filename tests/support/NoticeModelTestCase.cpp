@@ -4,6 +4,7 @@
 #include "TestKit.h"
 
 #include <QAbstractItemModelTester>
+#include <QPointer>
 #include <QtTest>
 
 NoticeModelTestCase::NoticeModelTestCase(qint64 now, QObject* parent)
@@ -27,6 +28,15 @@ void NoticeModelTestCase::cleanup()
 {
     detachModelTester();
     TestKit::resetAll(m_now);
+}
+
+bool NoticeModelTestCase::releaseModel()
+{
+    detachModelTester();
+    QPointer<NoticeListModel> old = NoticeListModel::instance();
+    NoticeListModel::release();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return old.isNull();
 }
 
 void NoticeModelTestCase::detachModelTester()

@@ -18,6 +18,9 @@ public:
 protected:
     // For a test that releases the model: the tester must not outlive it.
     void detachModelTester();
+    // Drops the tester, releases the model and delivers its deletion at once,
+    // as the event loop would; true when the model is gone.
+    bool releaseModel();
 
 private slots:
     void initTestCase();
