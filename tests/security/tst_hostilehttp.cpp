@@ -54,11 +54,7 @@ QByteArray pngBytes(const QColor& colour)
 
 QJsonObject lecture(const QString& coverUrl)
 {
-    QJsonObject info;
-    info.insert(QStringLiteral("auditStatus"), 4);
-    info.insert(QStringLiteral("lectureName"), QStringLiteral("Fractions"));
-    info.insert(QStringLiteral("coverUrl"), coverUrl);
-    return info;
+    return TestKit::microCourseLecture(coverUrl, QStringLiteral("Fractions"));
 }
 
 QByteArray detailsPath()

@@ -99,11 +99,7 @@ QByteArray svg(const QString& rootAttributes, const QString& body = QString())
 
 QJsonObject lecture(const QString& coverUrl)
 {
-    QJsonObject info;
-    info.insert(QStringLiteral("auditStatus"), 4);
-    info.insert(QStringLiteral("lectureName"), QStringLiteral("Fractions in five minutes"));
-    info.insert(QStringLiteral("coverUrl"), coverUrl);
-    return info;
+    return TestKit::microCourseLecture(coverUrl, QStringLiteral("Fractions in five minutes"));
 }
 
 } // namespace

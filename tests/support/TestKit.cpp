@@ -71,4 +71,13 @@ QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObjec
     return new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Warning, parent);
 }
 
+QJsonObject microCourseLecture(const QString& coverUrl, const QString& name)
+{
+    QJsonObject info;
+    info.insert(QStringLiteral("auditStatus"), 4);
+    info.insert(QStringLiteral("lectureName"), name);
+    info.insert(QStringLiteral("coverUrl"), coverUrl);
+    return info;
+}
+
 } // namespace TestKit

@@ -3,6 +3,7 @@
 #include "GatherNotice.h"
 #include "KitFixture.h"
 
+#include <QJsonObject>
 #include <QString>
 
 class NoticeListModel;
@@ -36,6 +37,10 @@ VyrEngine::GatherNoticePtr noticeAt(const QAbstractItemModel* model, int row);
 // client's code has always done; the tester flags that, so it reports in
 // Warning mode here instead of failing every test.
 QAbstractItemModelTester* attachNoticeModelTester(NoticeListModel* model, QObject* parent);
+
+// The micro-course record a host hands to its pop-up: published (audit
+// status 4), named `name`, with its cover at `coverUrl`.
+QJsonObject microCourseLecture(const QString& coverUrl, const QString& name);
 
 // Runs the event loop until the course engine's futures and their completions are done (the kit's own).
 using KitFixture::settle;
