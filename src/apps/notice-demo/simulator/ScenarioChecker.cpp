@@ -58,17 +58,10 @@ QString expected(Type type)
         return QStringLiteral("a list of integers");
     case Type::Array:
         return QStringLiteral("an array");
-    case Type::Category:
-    case Type::NoticeType:
-    case Type::ClassNoticeType:
-    case Type::CardButton:
-    case Type::MenuEntry:
-    case Type::BoxButton:
-    case Type::HoverTarget:
-        break;
+    default:
+        // A string out of a list of choices, named as the format names its type.
+        return QStringLiteral("a %1 (a string)").arg(ScenarioFormat::typeName(type));
     }
-    // A string out of a list of choices, named as the format names its type.
-    return QStringLiteral("a %1 (a string)").arg(ScenarioFormat::typeName(type));
 }
 
 bool isInteger(const QJsonValue& value)
