@@ -1,7 +1,7 @@
 #include "NoticeListWidget.h"
 #include "NoticeStacker.h"
 #include "PopupHarness.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 
 #include <QPair>
@@ -75,7 +75,7 @@ void TestNoticeStacker::cleanup()
         delete card;
     m_cards.clear();
     H::runDeferredDeletes();
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
 }
 
 TestCard* TestNoticeStacker::popped(NoticeStacker* stacker)
@@ -299,7 +299,7 @@ void TestNoticeStacker::staysInsideTheWorkArea()
     QFETCH(QSize, size);
     QFETCH(TaskbarEdge, edge);
     const ScreenCorner::Screen screen = screenOf(size, edge);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
     NoticeStacker stacker;
     NoticeListWidget gathered(VyrEngine::Lesson);
     stacker.addWindow(&gathered);
@@ -324,7 +324,7 @@ void TestNoticeStacker::staysInsideTheWorkArea()
 void TestNoticeStacker::fullScreenStandsAtTheTop()
 {
     const ScreenCorner::Screen screen = screenOf(QSize(1024, 768), TaskbarEdge::Bottom);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
     NoticeStacker stacker;
     QList<TestCard*> cards;
     // 728 pixels hold three cards a column; 1024 hold three columns.
