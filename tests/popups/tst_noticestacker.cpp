@@ -1,11 +1,13 @@
 #include "NoticeListWidget.h"
 #include "NoticeStacker.h"
+#include "NoticeWindowMetrics_p.h"
 #include "PopupHarness.h"
 #include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 
 #include <QPair>
 
+#include <QLayout>
 #include <QPropertyAnimation>
 #include <QToolButton>
 #include <QtTest>
@@ -52,6 +54,7 @@ private slots:
     void windowMovedByTheStackWhilePressedIsNotDragged();
     void differentHeightsAndSpacing();
     void panelsShareOneRightEdge();
+    void shadowMetricsAreTheWindowsOwn();
     void hiddenWindowLeavesItsPlace();
     void addingTwiceAndRemoving();
     void staysInsideTheWorkArea_data();
@@ -233,6 +236,17 @@ void TestNoticeStacker::panelsShareOneRightEdge()
     // Alone again, the card goes back to its own corner.
     window.hide();
     QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 184));
+}
+
+// The borders the stacker lines up by are those the windows put around their panels.
+void TestNoticeStacker::shadowMetricsAreTheWindowsOwn()
+{
+    NoticeListWidget window(VyrEngine::Lesson);
+    const int gathered = NoticeWindowMetrics::GatheredShadow;
+    QCOMPARE(window.layout()->contentsMargins(), QMargins(gathered, gathered, gathered, gathered));
+    TestCard* card = popped(nullptr);
+    const int cardShadow = NoticeWindowMetrics::CardShadow;
+    QCOMPARE(card->layout()->contentsMargins(), QMargins(cardShadow, cardShadow, cardShadow, cardShadow));
 }
 
 // A hidden window keeps no place.
