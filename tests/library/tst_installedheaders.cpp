@@ -135,8 +135,9 @@ void TestInstalledHeaders::demoHostIncludesInstalledHeadersOnly()
     for (const QString& header : installedHeaders())
         installed << QFileInfo(header).fileName();
     const QRegularExpression include(QStringLiteral("#\\s*include\\s*\"([^\"]+)\""));
-    auto it = include.globalMatch(readFile(path));
-    QVERIFY(it.hasNext());
+    const QString code = readFile(path);
+    QVERIFY2(!code.isEmpty(), qPrintable(path));
+    auto it = include.globalMatch(code);
     while (it.hasNext()) {
         const QString header = it.next().captured(1);
         if (QFileInfo::exists(QDir(kLibraryDir).filePath(header)))
