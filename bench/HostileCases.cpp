@@ -13,7 +13,7 @@
 #include "NoticeRemindNoticeWidget.h"
 #include "NoticeListViewItem.h"
 #include "SchoolSettingManager.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "StudyActivityNoticeWidget.h"
 #include "StudyActivityNoticeWidgetDisplayPod.h"
 #include "StudyReportNoticeWidget.h"
@@ -350,7 +350,7 @@ void setUp()
     ScreenCorner::Screen screen;
     screen.geometry = QRect(0, 0, 1280, 800);
     screen.availableGeometry = QRect(0, 0, 1280, 760);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
     CoreEngine::instance()->setCurrentTime(kNow);
     SnapshotLesson snapshot;
     snapshot.schoolId = 7;

@@ -24,6 +24,7 @@
 #include <memory>
 
 using VyrEngine::FriendRequestInfo;
+using namespace FriendRequest;
 
 namespace {
 

@@ -27,6 +27,8 @@
 #include <map>
 #include <memory>
 
+using namespace FriendRequest;
+
 namespace {
 
 const quint64 kMe = 1000;

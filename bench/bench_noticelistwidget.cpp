@@ -8,7 +8,7 @@
 
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 
 #include <QApplication>
 #include <QImage>
@@ -132,7 +132,7 @@ int main(int argc, char** argv)
     QTranslator translator;
     translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
     QApplication::installTranslator(&translator);
-    ScreenCorner::setOverride({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
+    ScreenCornerOverride::set({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

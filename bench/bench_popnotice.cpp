@@ -12,7 +12,7 @@
 #include "CoreEngine.h"
 #include "PopNoticeBaseWidget.h"
 #include "CourseEngine.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "VyrTrack.h"
 
 #include <QApplication>
@@ -252,7 +252,7 @@ int main(int argc, char** argv)
     ScreenCorner::Screen screen;
     screen.geometry = QRect(0, 0, 1280, 800);
     screen.availableGeometry = QRect(0, 0, 1280, 760);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
 
     VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
     VyrEngine::SnapshotLesson snapshot;

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Builds the library as a product (no tests, no benchmarks: internal classes
-# stay hidden, so the demo host links only if it uses exported API), installs it into
-# a temporary prefix, builds the example host against the installed package
-# and runs it offscreen. Also checks that the product library exports no
+# Builds the library as a product (no tests, benchmarks or demo: internal
+# classes stay hidden), installs it into a temporary prefix, builds the
+# example host against the installed package and runs it offscreen. Also checks that the product library exports no
 # internal class.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -14,7 +13,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix="$work/prefix"
 
-cmake -S . -B build-product -DVYR_BUILD_TESTS=OFF -DVYR_BUILD_DEMO=ON -DVYR_BUILD_BENCH=OFF >/dev/null
+cmake -S . -B build-product -DVYR_BUILD_TESTS=OFF -DVYR_BUILD_DEMO=OFF -DVYR_BUILD_BENCH=OFF >/dev/null
 cmake --build build-product -j"$(nproc)"
 cmake --install build-product --prefix "$prefix" >/dev/null
 echo "package-check: installed into $prefix"

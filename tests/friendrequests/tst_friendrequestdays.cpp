@@ -10,6 +10,7 @@
 using namespace Fr;
 using VyrEngine::FriendRequestInfo;
 using Probe = FriendRequestModelProbe;
+using namespace FriendRequest;
 
 // Day groups follow the local calendar day. CTest runs this in UTC, in
 // Asia/Shanghai (UTC+8, no daylight saving), in America/Sao_Paulo (whose

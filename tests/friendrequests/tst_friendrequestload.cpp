@@ -15,6 +15,7 @@ using namespace Fr;
 using VyrEngine::FriendRequestInfo;
 using VyrEngine::NoticeEngine;
 using Probe = FriendRequestModelProbe;
+using namespace FriendRequest;
 
 // 10,000 random operations on one model, the tree's promises checked after each.
 // The seed is printed; FRIEND_REQUEST_SEED=<n> replays a run.

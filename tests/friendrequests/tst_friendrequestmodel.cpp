@@ -14,6 +14,7 @@
 using namespace Fr;
 using VyrEngine::FriendRequestInfo;
 using Probe = FriendRequestModelProbe;
+using namespace FriendRequest;
 
 // The friend-request tree: items, data, and what update, preAdd, lastAdd,
 // loadMore and the delete do to the tree and which signals they send.

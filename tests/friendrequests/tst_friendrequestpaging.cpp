@@ -15,6 +15,7 @@ using namespace Fr;
 using VyrEngine::FriendRequestInfo;
 using VyrEngine::NoticeEngine;
 using Probe = FriendRequestModelProbe;
+using namespace FriendRequest;
 
 // Later pages on the global thread pool, and live records from other threads meanwhile.
 class TestFriendRequestPaging : public QObject

@@ -11,6 +11,7 @@
 
 using namespace Fr;
 using Probe = FriendRequestModelProbe;
+using namespace FriendRequest;
 
 // The proxy between the friend-request tree and its view: settings, the
 // newest-first order of days and rows, unsigned dates, and what Qt does with

@@ -28,6 +28,7 @@
 
 using namespace Fr;
 using Probe = FriendRequestTreeViewProbe;
+using namespace FriendRequest;
 
 namespace {
 const quint64 Week = 604800;

@@ -24,6 +24,7 @@
 #include <memory>
 
 using namespace Fr;
+using namespace FriendRequest;
 namespace P = PixelProbe;
 using Probe = FriendRequestViewItemProbe;
 

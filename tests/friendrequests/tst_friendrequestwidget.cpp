@@ -21,6 +21,7 @@
 
 using namespace Fr;
 using Probe = FriendRequestWidgetProbe;
+using namespace FriendRequest;
 
 // The friend-request page: its parts, its style and which page it shows.
 class TestFriendRequestWidget : public QObject

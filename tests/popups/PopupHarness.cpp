@@ -1,6 +1,6 @@
 #include "PopupHarness.h"
 
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -22,7 +22,7 @@ void useTestScreen(TaskbarEdge edge)
     case TaskbarEdge::Right: screen.availableGeometry = QRect(0, 0, 760, 600); break;
     default: screen.availableGeometry = QRect(0, 0, 800, 560); break;
     }
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
 }
 
 QPropertyAnimation* animation(QWidget* window, const char* name)

@@ -1,11 +1,13 @@
 #include "NoticeListWidget.h"
 #include "NoticeStacker.h"
+#include "NoticeWindowMetrics_p.h"
 #include "PopupHarness.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 
 #include <QPair>
 
+#include <QLayout>
 #include <QPropertyAnimation>
 #include <QToolButton>
 #include <QtTest>
@@ -52,6 +54,7 @@ private slots:
     void windowMovedByTheStackWhilePressedIsNotDragged();
     void differentHeightsAndSpacing();
     void panelsShareOneRightEdge();
+    void shadowMetricsAreTheWindowsOwn();
     void hiddenWindowLeavesItsPlace();
     void addingTwiceAndRemoving();
     void staysInsideTheWorkArea_data();
@@ -75,7 +78,7 @@ void TestNoticeStacker::cleanup()
         delete card;
     m_cards.clear();
     H::runDeferredDeletes();
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
 }
 
 TestCard* TestNoticeStacker::popped(NoticeStacker* stacker)
@@ -235,6 +238,17 @@ void TestNoticeStacker::panelsShareOneRightEdge()
     QCOMPARE(card->pos(), QPoint(kRight - 328, kBottom - 184));
 }
 
+// The borders the stacker lines up by are those the windows put around their panels.
+void TestNoticeStacker::shadowMetricsAreTheWindowsOwn()
+{
+    NoticeListWidget window(VyrEngine::Lesson);
+    const int gathered = NoticeWindowMetrics::GatheredShadow;
+    QCOMPARE(window.layout()->contentsMargins(), QMargins(gathered, gathered, gathered, gathered));
+    TestCard* card = popped(nullptr);
+    const int cardShadow = NoticeWindowMetrics::CardShadow;
+    QCOMPARE(card->layout()->contentsMargins(), QMargins(cardShadow, cardShadow, cardShadow, cardShadow));
+}
+
 // A hidden window keeps no place.
 void TestNoticeStacker::hiddenWindowLeavesItsPlace()
 {
@@ -299,7 +313,7 @@ void TestNoticeStacker::staysInsideTheWorkArea()
     QFETCH(QSize, size);
     QFETCH(TaskbarEdge, edge);
     const ScreenCorner::Screen screen = screenOf(size, edge);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
     NoticeStacker stacker;
     NoticeListWidget gathered(VyrEngine::Lesson);
     stacker.addWindow(&gathered);
@@ -324,7 +338,7 @@ void TestNoticeStacker::staysInsideTheWorkArea()
 void TestNoticeStacker::fullScreenStandsAtTheTop()
 {
     const ScreenCorner::Screen screen = screenOf(QSize(1024, 768), TaskbarEdge::Bottom);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
     NoticeStacker stacker;
     QList<TestCard*> cards;
     // 728 pixels hold three cards a column; 1024 hold three columns.

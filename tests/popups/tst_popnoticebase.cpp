@@ -2,7 +2,7 @@
 #include "ImSignalObject.h"
 #include "Movable.h"
 #include "PopupHarness.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
@@ -114,7 +114,7 @@ void TestPopNoticeBase::cleanup()
 {
     delete m_card;
     H::runDeferredDeletes();
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
 }
 
 // Style sheet from the resource, then the attributes and the window flags.

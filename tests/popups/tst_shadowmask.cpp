@@ -1,7 +1,7 @@
 #include "FriendRequestNotice.h"
 #include "NoticeListWidget.h"
 #include "PopupHarness.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "ShadowMask_p.h"
 #include "TestKit.h"
 
@@ -61,7 +61,7 @@ void TestShadowMask::init()
 void TestShadowMask::cleanup()
 {
     ShadowMask::setDecision({});
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
     H::runDeferredDeletes();
 }
 

@@ -14,7 +14,7 @@
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
 #include "NoticeRemindNoticeWidget.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "StudyActivityNoticeWidget.h"
 #include "StudyReportNoticeWidget.h"
 
@@ -159,7 +159,7 @@ void TestSoak::cleanupTestCase()
     m_server.stop();
     TestKit::resetAll();
     H::runDeferredDeletes();
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
     qInstallMessageHandler(g_testHandler);
 }
 

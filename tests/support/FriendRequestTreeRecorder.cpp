@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QStringList>
 
+using namespace FriendRequest;
+
 FriendRequestTreeRecorder::FriendRequestTreeRecorder(FriendRequestModel* model)
 {
     auto range = [](const QModelIndex& parent, int first, int last) {

@@ -3,7 +3,7 @@
 #include "HostWiring.h"
 #include "NoticeListWidget.h"
 #include "NoticeWindowHarness.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 #include "WindowSignalRecorder.h"
 
@@ -30,7 +30,7 @@ void NoticeWindowFixture::cleanup()
     m_window.reset();
     m_other.reset();
     m_recorder = nullptr;
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
     H::movePointer(H::pointOffWindows());
     TestKit::resetAll();
 }

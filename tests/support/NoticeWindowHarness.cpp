@@ -3,7 +3,7 @@
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "VyrPauseableTimer.h"
 
 #include <QCoreApplication>
@@ -20,7 +20,7 @@ void useTestScreen(TaskbarEdge taskbarEdge)
     screen.taskbarEdge = taskbarEdge;
     screen.geometry = QRect(0, 0, 800, 600);
     screen.availableGeometry = QRect(0, 0, 800, 560);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
 }
 
 QString sourceFile()

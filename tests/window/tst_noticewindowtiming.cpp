@@ -6,6 +6,7 @@
 #include "NoticeWindowHarness.h"
 #include "NoticeWindowTestCase.h"
 #include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "TestKit.h"
 #include "VyrPauseableTimer.h"
 #include "VyrTrack.h"
@@ -273,7 +274,7 @@ void TestNoticeWindowTiming::cornerForEachTaskbarEdge()
     QFETCH(QRect, available);
     QFETCH(int, offset);
     QFETCH(QPoint, expected);
-    ScreenCorner::setOverride({static_cast<TaskbarEdge>(edge), geometry, available});
+    ScreenCornerOverride::set({static_cast<TaskbarEdge>(edge), geometry, available});
     NoticeListWidget* window = m_fixture.makeWindow();
     H::addActivityNotices(window, 1);
     window->popNoticeListWidget(offset);
@@ -297,7 +298,7 @@ void TestNoticeWindowTiming::unknownEdgeKeepsLastPopPositionAndMovesToNullPoint(
     window->popNoticeListWidget(0);
     const QPoint corner = window->pos();
     QCOMPARE(corner, QPoint(376, 382));
-    ScreenCorner::setOverride({static_cast<TaskbarEdge>(7), QRect(0, 0, 1000, 700), QRect(0, 0, 1000, 700)});
+    ScreenCornerOverride::set({static_cast<TaskbarEdge>(7), QRect(0, 0, 1000, 700), QRect(0, 0, 1000, 700)});
     window->move(5, 5);
     window->popNoticeListWidget(0);
     QCOMPARE(window->pos(), corner);
@@ -308,7 +309,7 @@ void TestNoticeWindowTiming::unknownEdgeKeepsLastPopPositionAndMovesToNullPoint(
 // Without a stand-in screen the primary screen and the derived edge place the window.
 void TestNoticeWindowTiming::primaryScreenIsUsedWithoutOverride()
 {
-    ScreenCorner::clearOverride();
+    ScreenCornerOverride::clear();
     const ScreenCorner::Screen screen = ScreenCorner::current();
     QCOMPARE(screen.geometry, QGuiApplication::primaryScreen()->geometry());
     QCOMPARE(screen.availableGeometry, QGuiApplication::primaryScreen()->availableGeometry());

@@ -3,11 +3,13 @@
 #include <QObject>
 #include <QPointer>
 
-// The client's classroom model: exists while the user is in a classroom.
-//
-// Host side:
-//   Model::createInstance(courseId, classroomId)   enter a classroom (replaces any model)
-//   Model::dropInstance()                           leave it: getInstance() gives null again
+/**
+ * The client's classroom model: exists while the user is in a classroom.
+ *
+ * Host side:
+ *   Model::createInstance(courseId, classroomId)   enter a classroom (replaces any model)
+ *   Model::dropInstance()                           leave it: getInstance() gives null again
+ */
 class Model : public QObject
 {
     Q_OBJECT

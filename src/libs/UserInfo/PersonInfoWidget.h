@@ -5,23 +5,25 @@
 
 class QLabel;
 
-// The client's person card: a small floating window with a person's picture,
-// name, number and telephone, opened next to the pointer. One card is open at
-// a time; opening another closes the first. It closes with its × button, or
-// when the host closes it.
-//
-// showFloatWidget(uid, pos, mode, clusterId, canAnswerRequest, fromChat):
-//   `mode` places the card's top-left (PosTopLeft) or top-right
-//   (PosTopRight) corner at `pos`; `clusterId` is the cluster the card was
-//   opened from (0: none); `canAnswerRequest` shows the line saying the
-//   person's friend request waits for the user's answer; `fromChat` marks a
-//   card opened from a chat window. A person the contacts engine doesn't know
-//   gets a card with the number only.
-//
-// Host side:
-//   PersonInfoWidget::current()   the open card, or null
-//   uid(), clusterId(), canAnswerRequest(), isFromChat(), nameText()
-//   closeCurrent()                closes the open card
+/**
+ * The client's person card: a small floating window with a person's picture,
+ * name, number and telephone, opened next to the pointer. One card is open at
+ * a time; opening another closes the first. It closes with its × button, or
+ * when the host closes it.
+ *
+ * showFloatWidget(uid, pos, mode, clusterId, canAnswerRequest, fromChat):
+ *   `mode` places the card's top-left (PosTopLeft) or top-right
+ *   (PosTopRight) corner at `pos`; `clusterId` is the cluster the card was
+ *   opened from (0: none); `canAnswerRequest` shows the line saying the
+ *   person's friend request waits for the user's answer; `fromChat` marks a
+ *   card opened from a chat window. A person the contacts engine doesn't know
+ *   gets a card with the number only.
+ *
+ * Host side:
+ *   PersonInfoWidget::current()   the open card, or null
+ *   uid(), clusterId(), canAnswerRequest(), isFromChat(), nameText()
+ *   closeCurrent()                closes the open card
+ */
 class PersonInfoWidget : public QWidget
 {
     Q_OBJECT

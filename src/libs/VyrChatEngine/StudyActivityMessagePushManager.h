@@ -7,15 +7,17 @@
 #include <QObject>
 #include <QSharedPointer>
 
-// The chat engine's part that receives study activities pushed by the server
-// and tells when one was withdrawn.
-//
-// Host side:
-//   deleteActivity(pod)           the server withdrew the activity: emits
-//                                 signalActivityDeleteNoticeSingal(pod) at once
-//   deleteActivityFromThread(pod) the same, emitted on a short-lived worker thread
-//   deletedActivities()           every activity withdrawn so far; clear() forgets them
-// The pointer type is a registered meta type, so queued receivers get it.
+/**
+ * The chat engine's part that receives study activities pushed by the server
+ * and tells when one was withdrawn.
+ *
+ * Host side:
+ *   deleteActivity(pod)           the server withdrew the activity: emits
+ *                                 signalActivityDeleteNoticeSingal(pod) at once
+ *   deleteActivityFromThread(pod) the same, emitted on a short-lived worker thread
+ *   deletedActivities()           every activity withdrawn so far; clear() forgets them
+ * The pointer type is a registered meta type, so queued receivers get it.
+ */
 class StudyActivityMessagePushManager : public QObject
 {
     Q_OBJECT
@@ -29,7 +31,7 @@ public:
     void clear();
 
 signals:
-    // The activity was withdrawn; the name is the client's, spelling included.
+    /** The activity was withdrawn; the name is the client's, spelling included. */
     void signalActivityDeleteNoticeSingal(QSharedPointer<AppendixDataPod> pod);
 
 private:

@@ -6,8 +6,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
-// What the restricted-mode (teen mode) widget is asked to do. The values are
-// the client's own.
+/** What the restricted-mode (teen mode) widget is asked to do. The values are the client's own. */
 enum TeenModeState
 {
     TeenModeSetPassword = 0,
@@ -15,21 +14,23 @@ enum TeenModeState
     TeenModeVerifyPassword = 2, // ask for the separate password before an action
 };
 
-// The restricted mode's password panel, placed inside a dialog by whoever
-// needs it. In TeenModeVerifyPassword it asks for the separate password:
-// the right one emits closeWidget(TeenModeWidget::PasswordAccepted); a wrong
-// one shows an error and stays; Cancel emits closeWidget(Cancelled). After too
-// many wrong passwords (TeenModePassword) it checks nothing until the delay has
-// run and says how long to wait instead. In the other states it emits setTitle
-// with the title of its state when first shown.
-//
-// Host side:
-//   TeenModeWidget::setPassword(text)   the separate password (salted and
-//                                       derived by TeenModePassword::set)
-//   checkPassword(text)                 TeenModePassword::check, delay included
-//   failedAttempts(), errorText()       wrong passwords so far, the error shown
-//   refusedAttempts()                   confirmations refused unchecked
-//   passwordEdit(), confirmButton(), cancelButton()
+/**
+ * The restricted mode's password panel, placed inside a dialog by whoever
+ * needs it. In TeenModeVerifyPassword it asks for the separate password:
+ * the right one emits closeWidget(TeenModeWidget::PasswordAccepted); a wrong
+ * one shows an error and stays; Cancel emits closeWidget(Cancelled). After too
+ * many wrong passwords (TeenModePassword) it checks nothing until the delay has
+ * run and says how long to wait instead. In the other states it emits setTitle
+ * with the title of its state when first shown.
+ *
+ * Host side:
+ *   TeenModeWidget::setPassword(text)   the separate password (salted and
+ *                                       derived by TeenModePassword::set)
+ *   checkPassword(text)                 TeenModePassword::check, delay included
+ *   failedAttempts(), errorText()       wrong passwords so far, the error shown
+ *   refusedAttempts()                   confirmations refused unchecked
+ *   passwordEdit(), confirmButton(), cancelButton()
+ */
 class TeenModeWidget : public QWidget
 {
     Q_OBJECT

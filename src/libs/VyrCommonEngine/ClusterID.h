@@ -13,7 +13,7 @@ enum ClusterType
     ClusterTypeGroup = 1,
 };
 
-// Identity of a cluster (a class group): the number and its kind.
+/** Identity of a cluster (a class group): the number and its kind. */
 class ClusterID
 {
 public:
@@ -35,6 +35,6 @@ private:
 
 } // namespace VyrEngine
 
-// A cluster's id, and a list of them, travel in QVariants and queued signals.
+/** A cluster's id, and a list of them, travel in QVariants and queued signals. */
 Q_DECLARE_METATYPE(VyrEngine::ClusterID)
 Q_DECLARE_METATYPE(std::vector<VyrEngine::ClusterID>)

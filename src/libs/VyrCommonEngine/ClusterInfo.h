@@ -6,7 +6,7 @@
 
 namespace VyrEngine {
 
-// A cluster (class group) as the contacts engine knows it.
+/** A cluster (class group) as the contacts engine knows it. */
 class ClusterInfo
 {
 public:

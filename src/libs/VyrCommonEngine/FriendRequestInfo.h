@@ -7,15 +7,17 @@
 
 namespace VyrEngine {
 
-// One friend request between the user and another person, as the notice
-// engine stores and signals it. `status` holds a friend-request status
-// (0 agreed by me ... 6 overdue); `date` is seconds since the epoch.
-//
-// The record and QVector<FriendRequestInfo> cross queued signals: both are
-// declared meta types here, registered under "VyrEngine::FriendRequestInfo"
-// and "QVector<VyrEngine::FriendRequestInfo>" on first use.
-//
-// Host side: none; a plain record built with its setters.
+/**
+ * One friend request between the user and another person, as the notice
+ * engine stores and signals it. `status` holds a friend-request status
+ * (0 agreed by me ... 6 overdue); `date` is seconds since the epoch.
+ *
+ * The record and QVector<FriendRequestInfo> cross queued signals: both are
+ * declared meta types here, registered under "VyrEngine::FriendRequestInfo"
+ * and "QVector<VyrEngine::FriendRequestInfo>" on first use.
+ *
+ * Host side: none; a plain record built with its setters.
+ */
 class FriendRequestInfo
 {
 public:

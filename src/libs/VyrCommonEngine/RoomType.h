@@ -1,6 +1,6 @@
 #pragma once
 
-// Kind of classroom a lesson is held in.
+/** Kind of classroom a lesson is held in. */
 enum RoomType
 {
     RoomTypeUnknown = 0,

@@ -4,10 +4,12 @@
 
 namespace VyrEngine {
 
-// One person as the contacts engine knows them.
-//
-// Host side: build one with the constructor and give it to
-// ContactsEngine::putUser(); setRemark() sets the name the user gave them.
+/**
+ * One person as the contacts engine knows them.
+ *
+ * Host side: build one with the constructor and give it to
+ * ContactsEngine::putUser(); setRemark() sets the name the user gave them.
+ */
 class UserInfo
 {
 public:
@@ -18,7 +20,7 @@ public:
     QString nickname() const { return m_nickname; }
     QString telephone() const { return m_telephone; }
     QString remark() const { return m_remark; }
-    // The name to show: the remark, else the nickname, else the telephone.
+    /** The name to show: the remark, else the nickname, else the telephone. */
     QString displayName() const;
 
     void setRemark(const QString& remark) { m_remark = remark; }

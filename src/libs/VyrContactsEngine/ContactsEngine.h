@@ -13,43 +13,49 @@
 
 namespace VyrEngine {
 
-// The client's contacts engine: clusters (class groups), which cluster a
-// classroom belongs to, people and their nicknames inside clusters.
-//
-// Host side:
-//   putCluster(id, name)                          know a cluster (type 0)
-//   removeCluster(id)                             forget it
-//   setClassroomCluster(courseId, classroomId, clusterId)
-//                                                 the cluster of a classroom
-//   lookupCount()                                 clusterInfoById calls so far
-//   putUser(UserInfo) / removeUser(uid)           know a person, or forget them
-//   userLookupCount()                             userInfoById/userInfo calls so far
-//   setClusterMemberNickname(clusterId, uid, nickname)
-//                                                 a member's nickname inside a cluster
-//   deleteClusters(ids)                           forget the clusters, then emit signalDelCluster
-//   changeUsers(uids)                             emit updateUserInfo
-//   clear()                                       forget everything
+/**
+ * The client's contacts engine: clusters (class groups), which cluster a
+ * classroom belongs to, people and their nicknames inside clusters.
+ *
+ * Host side:
+ *   putCluster(id, name)                          know a cluster (type 0)
+ *   removeCluster(id)                             forget it
+ *   setClassroomCluster(courseId, classroomId, clusterId)
+ *                                                 the cluster of a classroom
+ *   lookupCount()                                 clusterInfoById calls so far
+ *   putUser(UserInfo) / removeUser(uid)           know a person, or forget them
+ *   userLookupCount()                             userInfoById/userInfo calls so far
+ *   setClusterMemberNickname(clusterId, uid, nickname)
+ *                                                 a member's nickname inside a cluster
+ *   deleteClusters(ids)                           forget the clusters, then emit signalDelCluster
+ *   changeUsers(uids)                             emit updateUserInfo
+ *   clear()                                       forget everything
+ */
 class ContactsEngine : public QObject
 {
     Q_OBJECT
 public:
     static ContactsEngine* instance();
 
-    // `requestIfMissing`: ask the server for an unknown cluster. Its answer
-    // would arrive later; the look-up itself gives null at once.
+    /**
+     * @p requestIfMissing: ask the server for an unknown cluster. Its answer
+     * would arrive later; the look-up itself gives null at once.
+     */
     std::shared_ptr<ClusterInfo> clusterInfoById(const ClusterID& id, bool requestIfMissing);
     ClusterID clusterIdForClassroom(quint64 courseId, quint64 classroomId) const;
 
-    // A person, or null when unknown.
+    /** A person, or null when unknown. */
     std::shared_ptr<UserInfo> userInfoById(quint64 userId);
-    // The same look-up with the client's flag word (unused here).
+    /** The same look-up with the client's flag word (unused here). */
     std::shared_ptr<UserInfo> userInfo(quint64 uid, int flags);
-    // The name to show for a person; empty when unknown.
+    /** The name to show for a person; empty when unknown. */
     QString userDisplayName(quint64 uid, int flags);
-    // Nicknames inside a cluster for the given members. A member without a
-    // nickname in the cluster is left out of the map; `defaultName` and
-    // `requestIfMissing` are the client's (a fallback it doesn't apply here,
-    // and a server query whose answer would come later).
+    /**
+     * Nicknames inside a cluster for the given members. A member without a
+     * nickname in the cluster is left out of the map; @p defaultName and
+     * @p requestIfMissing are the client's (a fallback it doesn't apply here,
+     * and a server query whose answer would come later).
+     */
     std::map<quint64, QString> clusterMemberNicknames(const ClusterID& cluster, const std::vector<quint64>& uids,
                                                       const QString& defaultName, bool requestIfMissing);
 
@@ -67,9 +73,9 @@ public:
     void clear();
 
 signals:
-    // Clusters that were deleted.
+    /** Clusters that were deleted. */
     void signalDelCluster(const std::vector<VyrEngine::ClusterID>& ids);
-    // People whose data changed.
+    /** People whose data changed. */
     void updateUserInfo(const std::vector<quint64>& uids);
 
 private:
@@ -86,6 +92,5 @@ private:
 
 } // namespace VyrEngine
 
-// The user signal's argument travels over queued connections (the cluster
-// list is declared beside ClusterID).
+/** The user signal's argument travels over queued connections (the cluster list is declared beside ClusterID). */
 Q_DECLARE_METATYPE(std::vector<quint64>)

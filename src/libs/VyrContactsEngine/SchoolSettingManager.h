@@ -9,32 +9,34 @@
 
 namespace Org {
 
-// The school settings of the signed-in user's organisation: the school's own
-// domain name, per query flag.
-//
-// getUidDomainName() gives the domain known now, and empty when it isn't
-// known; then it asks the server, whose answer arrives as
-// signalGetUidDomainNameFinished on a later turn of the event loop, never
-// inside the call. An answer with errorNo 1 is a success. Any answer that
-// carries a non-empty domain makes it known for its uid and flag before the
-// signal goes out, so a receiver that asks again gets it.
-//
-// Host side (the server):
-//   putDomain(uid, flag, domain)      known now, without a query
-//   queueAnswer(uid, flag, domain, delayMs)
-//                                     the next query of uid and flag is
-//                                     answered with success (errorNo 1)
-//   queueError(uid, flag, networkError, errorNo, errorString, delayMs, domain)
-//                                     the next query is answered with this
-//                                     error (and a domain, empty by default)
-//   answer(uid, url, flag, networkError, errorNo, errorString, delayMs)
-//                                     an answer now, unasked: late, for another
-//                                     flag, or anything a server might send
-//   queries()                         the queries asked so far, (uid, flag)
-//   pendingAnswers()                  answers on their way
-//   clear()                           forget everything, drop answers on their way
-// Each queued answer serves one query; a query with none queued stays
-// unanswered, as with a silent server. All on the GUI thread.
+/**
+ * The school settings of the signed-in user's organisation: the school's own
+ * domain name, per query flag.
+ *
+ * getUidDomainName() gives the domain known now, and empty when it isn't
+ * known; then it asks the server, whose answer arrives as
+ * signalGetUidDomainNameFinished on a later turn of the event loop, never
+ * inside the call. An answer with errorNo 1 is a success. Any answer that
+ * carries a non-empty domain makes it known for its uid and flag before the
+ * signal goes out, so a receiver that asks again gets it.
+ *
+ * Host side (the server):
+ *   putDomain(uid, flag, domain)      known now, without a query
+ *   queueAnswer(uid, flag, domain, delayMs)
+ *                                     the next query of uid and flag is
+ *                                     answered with success (errorNo 1)
+ *   queueError(uid, flag, networkError, errorNo, errorString, delayMs, domain)
+ *                                     the next query is answered with this
+ *                                     error (and a domain, empty by default)
+ *   answer(uid, url, flag, networkError, errorNo, errorString, delayMs)
+ *                                     an answer now, unasked: late, for another
+ *                                     flag, or anything a server might send
+ *   queries()                         the queries asked so far, (uid, flag)
+ *   pendingAnswers()                  answers on their way
+ *   clear()                           forget everything, drop answers on their way
+ * Each queued answer serves one query; a query with none queued stays
+ * unanswered, as with a silent server. All on the GUI thread.
+ */
 class SchoolSettingManager : public QObject
 {
     Q_OBJECT

@@ -7,15 +7,17 @@
 
 namespace VyrEngine {
 
-// The client's core engine: its clock and the signed-in user.
-//
-// Host side:
-//   setCurrentTime(secs)   stop the engine's clock at `secs` since the epoch
-//   advanceTime(secs)      move a stopped clock on (or back, if negative)
-//   useSystemClock()       follow the system clock again (the default)
-//   setCurrentUid(uid)     the signed-in user
-//   setFileServerPrefix(p) the file server's base address ("http://host:port"),
-//                          which fileServerPrefix() gives; empty until set
+/**
+ * The client's core engine: its clock and the signed-in user.
+ *
+ * Host side:
+ *   setCurrentTime(secs)   stop the engine's clock at `secs` since the epoch
+ *   advanceTime(secs)      move a stopped clock on (or back, if negative)
+ *   useSystemClock()       follow the system clock again (the default)
+ *   setCurrentUid(uid)     the signed-in user
+ *   setFileServerPrefix(p) the file server's base address ("http://host:port"),
+ *                          which fileServerPrefix() gives; empty until set
+ */
 class CoreEngine : public QObject
 {
     Q_OBJECT
@@ -25,7 +27,7 @@ public:
     qint64 currentTime() const;
     QDateTime currentDateTime() const;
     quint64 currentUid() const;
-    // What goes before a file's path on the file server (covers and the like).
+    /** What goes before a file's path on the file server (covers and the like). */
     QString fileServerPrefix() const;
 
     // Host side.

@@ -19,37 +19,39 @@
 
 namespace VyrEngine {
 
-// The client's course engine: lessons, their details and courses.
-//
-// Futures finish on a later turn of the event loop, never inside the call,
-// except courseInfoFuture for a course the engine has in hand, which is
-// finished at once.
-//
-// Host side:
-//   putLesson(snapshot, name)        know a lesson (replaces one with the same id)
-//   removeLesson(lessonId)           forget it
-//   putCourse(id, name, courseType)  know a course record
-//   removeCourse(id)                 forget it
-//   setCourseInHand(id, name)        the course's details are cached: courseInfoFuture finishes at once
-//   dropCourseInHand(id)             not cached any more: courseInfoFuture has to fetch
-//   setCourseInHandWithoutRecord(id) cached as unavailable: courseInfoFuture finishes at once
-//                                    with a null record
-//   setKnownLessonKind(lessonId, b)  what isKnownLessonKind answers for the lesson (default false)
-//   setHoldFutures(true)             futures stay pending until finishPendingFutures() or
-//                                    cancelPendingFutures(); false lets them finish on the next turn
-//   pendingFutureCount()             how many futures are pending
-//   clear()                          forget everything and cancel what is pending
-//                                    (downloaded covers included)
-//   putCoursePixmap(school, course, pixmap)
-//                                    the course's downloaded cover; emits signalCoursePixmapChanged
-//   removeCoursePixmap(school, course)
-//                                    back to the generated cover; emits signalCoursePixmapChanged
-//   signal coursePixmapAsked(id)     emitted inside each coursePixmap() call, before it returns
-//   the lesson signals               the host emits them on the instance, from the GUI thread
-//                                    or any other (the argument types are registered, so
-//                                    receivers get them queued on their own thread):
-//       emit CourseEngine::instance()->signalLessonEnd(school, course, lesson);
-//       emit CourseEngine::instance()->signalLessonsInfoChanged({{school, course, lesson}});
+/**
+ * The client's course engine: lessons, their details and courses.
+ *
+ * Futures finish on a later turn of the event loop, never inside the call,
+ * except courseInfoFuture for a course the engine has in hand, which is
+ * finished at once.
+ *
+ * Host side:
+ *   putLesson(snapshot, name)        know a lesson (replaces one with the same id)
+ *   removeLesson(lessonId)           forget it
+ *   putCourse(id, name, courseType)  know a course record
+ *   removeCourse(id)                 forget it
+ *   setCourseInHand(id, name)        the course's details are cached: courseInfoFuture finishes at once
+ *   dropCourseInHand(id)             not cached any more: courseInfoFuture has to fetch
+ *   setCourseInHandWithoutRecord(id) cached as unavailable: courseInfoFuture finishes at once
+ *                                    with a null record
+ *   setKnownLessonKind(lessonId, b)  what isKnownLessonKind answers for the lesson (default false)
+ *   setHoldFutures(true)             futures stay pending until finishPendingFutures() or
+ *                                    cancelPendingFutures(); false lets them finish on the next turn
+ *   pendingFutureCount()             how many futures are pending
+ *   clear()                          forget everything and cancel what is pending
+ *                                    (downloaded covers included)
+ *   putCoursePixmap(school, course, pixmap)
+ *                                    the course's downloaded cover; emits signalCoursePixmapChanged
+ *   removeCoursePixmap(school, course)
+ *                                    back to the generated cover; emits signalCoursePixmapChanged
+ *   signal coursePixmapAsked(id)     emitted inside each coursePixmap() call, before it returns
+ *   the lesson signals               the host emits them on the instance, from the GUI thread
+ *                                    or any other (the argument types are registered, so
+ *                                    receivers get them queued on their own thread):
+ *       emit CourseEngine::instance()->signalLessonEnd(school, course, lesson);
+ *       emit CourseEngine::instance()->signalLessonsInfoChanged({{school, course, lesson}});
+ */
 class CourseEngine : public QObject
 {
     Q_OBJECT
@@ -62,10 +64,12 @@ public:
     LessonInfoFuture lessonInfoFuture(quint64 schoolId, quint64 courseId, quint64 lessonId);
     LessonInfoFuture courseInfoFuture(QSharedPointer<SnapshotLesson> lesson);
     QSharedPointer<CourseRecord> courseRecord(quint64 courseId) const;
-    // Whether the lesson is of a kind whose course name may stand for it; answers at once.
+    /** Whether the lesson is of a kind whose course name may stand for it; answers at once. */
     bool isKnownLessonKind(quint64 lessonId) const;
-    // The course's cover: the downloaded one, else a picture generated for
-    // the course (see CourseCover), made once and kept.
+    /**
+     * The course's cover: the downloaded one, else a picture generated for
+     * the course (see CourseCover), made once and kept.
+     */
     QPixmap coursePixmap(quint64 courseId);
 
     // Host side.
@@ -87,17 +91,17 @@ public:
     void removeCoursePixmap(quint64 schoolId, quint64 courseId);
 
 signals:
-    // The lesson was deleted.
+    /** The lesson was deleted. */
     void signalRemoveLesson(quint64 schoolId, quint64 courseId, quint64 lessonId);
-    // The user's role in the lesson was withdrawn.
+    /** The user's role in the lesson was withdrawn. */
     void signalLessonRoleInvalid(quint64 schoolId, quint64 courseId, quint64 lessonId);
-    // The lesson's details changed; lessonSnapshot() gives the new state.
+    /** The lesson's details changed; lessonSnapshot() gives the new state. */
     void signalLessonInfoChanged(quint64 schoolId, quint64 courseId, quint64 lessonId);
-    // The lesson is over.
+    /** The lesson is over. */
     void signalLessonEnd(quint64 schoolId, quint64 courseId, quint64 lessonId);
-    // Several lessons changed at once: (school, course, lesson) triples.
+    /** Several lessons changed at once: (school, course, lesson) triples. */
     void signalLessonsInfoChanged(std::vector<std::tuple<quint64, quint64, quint64>> lessons);
-    // A course's cover changed; coursePixmap() gives the new one.
+    /** A course's cover changed; coursePixmap() gives the new one. */
     void signalCoursePixmapChanged(qulonglong schoolId, qulonglong courseId);
     // Host side: coursePixmap() was called for `courseId`.
     void coursePixmapAsked(quint64 courseId);

@@ -5,7 +5,7 @@
 
 namespace VyrEngine {
 
-// The course engine's record of a course.
+/** The course engine's record of a course. */
 struct CourseRecord
 {
     quint64 courseId = 0;

@@ -5,7 +5,7 @@
 
 namespace VyrEngine {
 
-// Details of a lesson (or, from courseInfoFuture, of its course) fetched by the course engine.
+/** Details of a lesson (or, from courseInfoFuture, of its course) fetched by the course engine. */
 class LessonInfo
 {
 public:

@@ -5,7 +5,7 @@
 
 namespace VyrEngine {
 
-// The course engine's snapshot of a lesson, as it stands at the moment of the look-up.
+/** The course engine's snapshot of a lesson, as it stands at the moment of the look-up. */
 struct SnapshotLesson
 {
     quint64 schoolId = 0;

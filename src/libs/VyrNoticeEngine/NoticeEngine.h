@@ -17,51 +17,53 @@ class QThread;
 
 namespace VyrEngine {
 
-// The client's notice engine, as far as friend requests go: an in-memory store
-// of requests that answers pages newest first, the engine's live signals, and
-// the user's answers going out.
-//
-// Order and anchor: records are ordered newest first by date, then by
-// sequenceId. friendRequests(out, count, date, sequenceId) answers at most
-// `count` records that come after the anchor in that order: a date before
-// `date`, or the same date and a sequenceId below `sequenceId`. A negative
-// sequenceId anchors on the date alone and takes that date in. It answers
-// false when it has nothing to deliver. It is safe to call from any thread
-// and blocks while the host holds it or for the delay the host set.
-//
-// Going out: answerFriendRequest, markFriendRequestOverdue and
-// deleteFriendRequest are recorded, applied to the store and echoed on a later
-// turn of the engine thread's event loop by signalContactsAddConfirmNotice,
-// signalSetFriendRequestOverdue and signalDeleteOneAddNotice, as the server's
-// confirmation would (an answer with a non-zero result is recorded only).
-// touchFriendRequests marks every stored record read and is counted.
-//
-// Host side:
-//   putFriendRequest(info)            store a record (same sequenceId replaces)
-//   removeFriendRequest(sequenceId)   forget a record
-//   storedFriendRequests()            the store, newest first
-//   setUiDataReady(ready)             what isUiDataReady() answers; true also emits signalInitUiData
-//   emitRecordSignal(kind, info)      emit one of the four record signals on the calling thread
-//   emitRecordSignalFromThread(kind, info)
-//                                     the same from the engine's own emitter thread, later;
-//                                     emissions asked for this way keep their order
-//   emitDeleteSignal(id), emitDeleteSignalFromThread(id)
-//                                     signalDeleteOneAddNotice, on this or the emitter thread
-//   waitForThreadEmissions()          returns once the emitter thread has emitted all it was given
-//   emitErrorNotice(text)             signalFriendRequestErrorNotice
-//   setFriendRequestsDelay(ms)        each friendRequests call blocks this long first
-//   setFriendRequestsFail(fail)       friendRequests answers false with nothing
-//   setFriendRequestsHeld(held)       friendRequests calls block until released
-//   waitForFriendRequestsCalls(n, ms) true once n calls have entered (held ones included)
-//   queueFriendRequestsAnswer(records, result)
-//                                     the next call answers exactly this, whatever the store
-//   friendRequestQueries()            every call's count, date, sequenceId and whether it ran
-//                                     on the engine's own (GUI) thread
-//   setAnswerResult(result)           what answerFriendRequest returns (0 by default)
-//   answers(), overdueMarks(), deletes(), touchCount()
-//                                     the recorded calls going out
-//   connectedSignals()                the engine's signals in the order receivers connected to them
-//   clear()                           all of the above back to the start
+/**
+ * The client's notice engine, as far as friend requests go: an in-memory store
+ * of requests that answers pages newest first, the engine's live signals, and
+ * the user's answers going out.
+ *
+ * Order and anchor: records are ordered newest first by date, then by
+ * sequenceId. friendRequests(out, count, date, sequenceId) answers at most
+ * `count` records that come after the anchor in that order: a date before
+ * `date`, or the same date and a sequenceId below `sequenceId`. A negative
+ * sequenceId anchors on the date alone and takes that date in. It answers
+ * false when it has nothing to deliver. It is safe to call from any thread
+ * and blocks while the host holds it or for the delay the host set.
+ *
+ * Going out: answerFriendRequest, markFriendRequestOverdue and
+ * deleteFriendRequest are recorded, applied to the store and echoed on a later
+ * turn of the engine thread's event loop by signalContactsAddConfirmNotice,
+ * signalSetFriendRequestOverdue and signalDeleteOneAddNotice, as the server's
+ * confirmation would (an answer with a non-zero result is recorded only).
+ * touchFriendRequests marks every stored record read and is counted.
+ *
+ * Host side:
+ *   putFriendRequest(info)            store a record (same sequenceId replaces)
+ *   removeFriendRequest(sequenceId)   forget a record
+ *   storedFriendRequests()            the store, newest first
+ *   setUiDataReady(ready)             what isUiDataReady() answers; true also emits signalInitUiData
+ *   emitRecordSignal(kind, info)      emit one of the four record signals on the calling thread
+ *   emitRecordSignalFromThread(kind, info)
+ *                                     the same from the engine's own emitter thread, later;
+ *                                     emissions asked for this way keep their order
+ *   emitDeleteSignal(id), emitDeleteSignalFromThread(id)
+ *                                     signalDeleteOneAddNotice, on this or the emitter thread
+ *   waitForThreadEmissions()          returns once the emitter thread has emitted all it was given
+ *   emitErrorNotice(text)             signalFriendRequestErrorNotice
+ *   setFriendRequestsDelay(ms)        each friendRequests call blocks this long first
+ *   setFriendRequestsFail(fail)       friendRequests answers false with nothing
+ *   setFriendRequestsHeld(held)       friendRequests calls block until released
+ *   waitForFriendRequestsCalls(n, ms) true once n calls have entered (held ones included)
+ *   queueFriendRequestsAnswer(records, result)
+ *                                     the next call answers exactly this, whatever the store
+ *   friendRequestQueries()            every call's count, date, sequenceId and whether it ran
+ *                                     on the engine's own (GUI) thread
+ *   setAnswerResult(result)           what answerFriendRequest returns (0 by default)
+ *   answers(), overdueMarks(), deletes(), touchCount()
+ *                                     the recorded calls going out
+ *   connectedSignals()                the engine's signals in the order receivers connected to them
+ *   clear()                           all of the above back to the start
+ */
 class NoticeEngine : public QObject
 {
     Q_OBJECT
@@ -152,8 +154,10 @@ private:
     static NoticeEngine* m_pInstance;
     QThread* const m_engineThread;
 
-    // The emitter thread and its queue, synchronised with the standard
-    // library so that ThreadSanitizer sees every hand-over.
+    /**
+     * The emitter thread and its queue, synchronised with the standard
+     * library so that ThreadSanitizer sees every hand-over.
+     */
     std::mutex m_emitMutex;
     std::condition_variable m_emitChanged;
     std::deque<std::function<void()>> m_emitQueue;

@@ -3,7 +3,7 @@
 #include <QSharedPointer>
 #include <QString>
 
-// What an activity is about: the course it belongs to.
+/** What an activity is about: the course it belongs to. */
 struct ActivityCourseDataPod
 {
     quint32 courseId = 0;
@@ -11,9 +11,11 @@ struct ActivityCourseDataPod
     QString courseName;
 };
 
-// The engine's record of a study activity that was pushed to the user.
-//
-// Host side: a plain record; fill its fields and wrap it in a QSharedPointer.
+/**
+ * The engine's record of a study activity that was pushed to the user.
+ *
+ * Host side: a plain record; fill its fields and wrap it in a QSharedPointer.
+ */
 class AppendixDataPod
 {
 public:
@@ -22,6 +24,6 @@ public:
     QString activityName;
     QSharedPointer<ActivityCourseDataPod> courseData;
 
-    // True when both records stand for one activity (same id and type).
+    /** True when both records stand for one activity (same id and type). */
     bool isSameActivity(QSharedPointer<AppendixDataPod> other) const;
 };

@@ -2,7 +2,7 @@
 
 #include <QVariantMap>
 
-// A record of the client's that the notice library only passes on.
+/** A record of the client's that the notice library only passes on. */
 struct OpaqueCommonPod
 {
     QVariantMap values;

@@ -7,14 +7,16 @@
 #include <QString>
 #include <QVariant>
 
-// The client's usage tracker. Every event is kept in memory and signalled.
-//
-// Host side:
-//   events()            every event tracked so far, oldest first
-//   clearEvents()       forget them
-//   setLogFile(path)    also append each event to `path` as one JSON line
-//                       {"event": name, "data": {...}}; an empty path stops it
-//   signal tracked()    emitted for each event
+/**
+ * The client's usage tracker. Every event is kept in memory and signalled.
+ *
+ * Host side:
+ *   events()            every event tracked so far, oldest first
+ *   clearEvents()       forget them
+ *   setLogFile(path)    also append each event to `path` as one JSON line
+ *                       {"event": name, "data": {...}}; an empty path stops it
+ *   signal tracked()    emitted for each event
+ */
 class VyrTrack : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,6 @@
 
 #include "FriendRequestWidget.h"
 #include "ImSignalObject.h"
-#include "ScreenCorner.h"
 
 FriendRequestPageHost::FriendRequestPageHost(std::function<void(const QString&)> say, QObject* parent)
     : QObject(parent)
@@ -25,25 +24,10 @@ void FriendRequestPageHost::open()
         m_say(QStringLiteral("friend requests: page made"));
     }
     m_page->show();
-    fitToSimulatedScreen();
+    emit pageShown(m_page);
     m_page->raise();
     m_page->activateWindow();
     m_say(QStringLiteral("friend requests: page open"));
-}
-
-// On a simulated screen, as a window manager would: the page and its frame
-// at the work area's top left, no larger than the work area. The frame is
-// known once the window shows.
-void FriendRequestPageHost::fitToSimulatedScreen()
-{
-    if (!ScreenCorner::hasOverride())
-        return;
-    const QRect area = ScreenCorner::current().availableGeometry;
-    const QRect frame = m_page->frameGeometry();
-    const QRect inner = m_page->geometry();
-    const QSize frameSize = frame.size() - inner.size();
-    m_page->resize(QSize(720, 780).boundedTo(area.size() - frameSize));
-    m_page->move(area.topLeft());
 }
 
 QWidget* FriendRequestPageHost::window() const

@@ -23,9 +23,13 @@ public:
     QWidget* window() const;
     FriendRequestWidget* page() const { return m_page; }
 
+signals:
+    // The page's window has just shown, before it is raised: where a window
+    // manager would place it.
+    void pageShown(QWidget* window);
+
 private:
     void onAddContacts(const QString& keyword, const QString& from);
-    void fitToSimulatedScreen();
 
     std::function<void(const QString&)> m_say;
     FriendRequestWidget* m_page = nullptr;

@@ -22,6 +22,8 @@
 #include <QScrollBar>
 #include <QTimer>
 
+using namespace FriendRequest;
+
 namespace {
 
 quint64 idOf(const QJsonObject& step, const char* key)

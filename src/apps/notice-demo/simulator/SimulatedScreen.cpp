@@ -1,14 +1,18 @@
 #include "SimulatedScreen.h"
 
-#include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 
 #include <QMargins>
 #include <QRegularExpression>
 #include <QStringList>
+#include <QWidget>
 
 namespace {
 
 const int kTaskbarThickness = 40;
+
+// The work area of the applied screen; null while the real screen is used.
+QRect s_workArea;
 
 QStringList edgeNames()
 {
@@ -40,6 +44,16 @@ bool SimulatedScreen::apply(const QString& size, const QString& edge)
     const int bar = kTaskbarThickness;
     const QMargins taken[] = {{bar, 0, 0, 0}, {0, bar, 0, 0}, {0, 0, bar, 0}, {0, 0, 0, bar}};
     screen.availableGeometry = screen.geometry.marginsRemoved(taken[edgeCode]);
-    ScreenCorner::setOverride(screen);
+    ScreenCornerOverride::set(screen);
+    s_workArea = screen.availableGeometry;
     return true;
+}
+
+void SimulatedScreen::fitWindow(QWidget* window)
+{
+    if (s_workArea.isNull())
+        return;
+    const QSize frameSize = window->frameGeometry().size() - window->geometry().size();
+    window->resize(window->size().boundedTo(s_workArea.size() - frameSize));
+    window->move(s_workArea.topLeft());
 }

@@ -15,6 +15,7 @@
 #include "NoticeStacker.h"
 #include "PopNoticeBaseWidget.h"
 #include "PopupEvents.h"
+#include "SimulatedScreen.h"
 #include "UserSimulator.h"
 #include "SinglePopupFeeder.h"
 #include "SinglePopupHost.h"
@@ -45,6 +46,8 @@ Simulation::Simulation(DemoHost* host, const QJsonObject& scenario, const QStrin
     m_user->registerActions(&m_player);
     m_friendRequests->registerActions(&m_player);
     connect(m_friendRequests, &FriendRequestActions::said, m_host, &DemoHost::say);
+    // The simulated screen's window manager places the page.
+    connect(m_host->friendRequestPage(), &FriendRequestPageHost::pageShown, this, &SimulatedScreen::fitWindow);
     // Covers and cluster notice details come from one local server whose
     // answers the scenario chooses; starting it points the file server prefix at it.
     if (m_server.start())

@@ -16,6 +16,7 @@
 #include <QtConcurrent>
 
 using VyrEngine::FriendRequestInfo;
+using namespace FriendRequest;
 
 namespace {
 

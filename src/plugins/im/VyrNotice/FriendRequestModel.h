@@ -10,6 +10,10 @@
 class FriendRequestShowMoreSignals;
 class FriendRequestTreeItem;
 
+// The friend-request page's own words, kept out of the host's global scope:
+// what a request's status means, and the item data roles of its tree.
+namespace FriendRequest {
+
 // What a friend request's status means.
 enum FriendRequestStatus
 {
@@ -33,6 +37,8 @@ enum FriendRequestItemRole
     SourceIdRole = 105,
     TargetIdRole = 106,
 };
+
+} // namespace FriendRequest
 
 // The friend-request page's tree: one group for each local calendar day, one
 // row for each other person under it. Every change comes from the notice

@@ -2,6 +2,8 @@
 
 #include "FriendRequestModel.h"
 
+using namespace FriendRequest;
+
 FriendRequestSortFilterProxyModel::FriendRequestSortFilterProxyModel(QAbstractItemModel* source, QObject* parent)
     : QSortFilterProxyModel(parent)
 {

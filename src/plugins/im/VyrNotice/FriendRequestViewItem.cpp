@@ -21,6 +21,8 @@
 #include <QStyleOptionButton>
 #include <QTextOption>
 
+using namespace FriendRequest;
+
 namespace {
 
 const int HeaderHeight = 28;

@@ -59,8 +59,10 @@ public:
     {
     }
 
-    /** Lesson for the types 2 to 4, Activity for any other. */
-    // Never stored: a record whose type is overwritten changes category at once.
+    /**
+     * Lesson for the types 2 to 4, Activity for any other. Never stored: a
+     * record whose type is overwritten changes category at once.
+     */
     NoticeCategory category() const { return (m_type >= LessonAhead && m_type <= LessonStart) ? Lesson : Activity; }
 
     /** The kind of notice; a lesson row's type changes with later lesson events. */
@@ -81,8 +83,7 @@ public:
     /** The cluster whose avatar the row shows; for lesson and report rows, the lesson's course. */
     quint64 clusterId() const { return m_clusterId; }
     void setClusterId(quint64 clusterId) { m_clusterId = clusterId; }
-    /** Cluster notice: the author. */
-    // Written by the intake and read by nobody here: the setter alone is intended.
+    /** Cluster notice: the author. Intended: written by the intake and read by nobody here, so a setter alone. */
     void setCreatorId(quint64 creatorId) { m_creatorId = creatorId; }
     /** Lesson and report rows: the lesson; a lesson's later events find its row by it. */
     quint64 lessonId() const { return m_lessonId; }
@@ -96,8 +97,10 @@ public:
     /** Lesson rows: the planned start, the low 32 bits of the engine's value. */
     quint32 lessonStartTime() const { return m_lessonStartTime; }
     void setLessonStartTime(quint32 lessonStartTime) { m_lessonStartTime = lessonStartTime; }
-    /** Lesson and report rows: the lesson's school. */
-    // Written by the intake and read by nobody here: the setter alone is intended.
+    /**
+     * Lesson and report rows: the lesson's school. Intended: written by the
+     * intake and read by nobody here, so a setter alone.
+     */
     void setSchoolId(quint64 schoolId) { m_schoolId = schoolId; }
     /** The notice's identity, a fresh UUID; the key of NoticeListModel::delNotice(const QString&). */
     QString noticeId() const { return m_noticeId; }

@@ -11,11 +11,6 @@ QString formatStart(qint64 startTime)
 }
 } // namespace
 
-QString LessonNoticeText::startTimeText(quint32 lessonStartTime)
-{
-    return formatStart(qint64(lessonStartTime));
-}
-
 LessonNoticeText::Ahead LessonNoticeText::ahead(qint64 startTime, qint64 now)
 {
     const qint64 secondsLeft = startTime - now;

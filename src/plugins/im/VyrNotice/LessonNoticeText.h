@@ -23,7 +23,6 @@ public:
         QString timeText;
     };
 
-    static QString startTimeText(quint32 lessonStartTime);
     static Ahead ahead(qint64 startTime, qint64 now);
     static QString body(bool isAhead, const QString& nameArg, quint32 lessonStartTime, qint64 now);
 };

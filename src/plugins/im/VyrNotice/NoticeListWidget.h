@@ -49,8 +49,6 @@ class VyrPauseableTimer;
 class VYRNOTICE_EXPORT NoticeListWidget : public QWidget
 {
     Q_OBJECT
-    // Lines the window's panel up with the other stacked windows.
-    friend class NoticeStacker;
 
 public:
     /**

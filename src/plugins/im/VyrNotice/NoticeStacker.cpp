@@ -1,6 +1,7 @@
 #include "NoticeStacker.h"
 
 #include "NoticeListWidget.h"
+#include "NoticeWindowMetrics_p.h"
 #include "PopNoticeBaseWidget.h"
 #include "ScreenCorner.h"
 
@@ -12,10 +13,10 @@
 // for a card, 20 for a gathered window, none for any other window.
 int NoticeStacker::shadowRight(const QWidget* window)
 {
-    if (const auto* card = qobject_cast<const PopNoticeBaseWidget*>(window))
-        return card->m_shadowMargins.right();
+    if (qobject_cast<const PopNoticeBaseWidget*>(window))
+        return NoticeWindowMetrics::CardShadow;
     if (qobject_cast<const NoticeListWidget*>(window))
-        return NoticeListWidget::s_shadowMargins.right();
+        return NoticeWindowMetrics::GatheredShadow;
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include "GlobalStyle.h"
 #include "ImSignalObject.h"
 #include "Movable.h"
+#include "NoticeWindowMetrics_p.h"
 #include "OutsideText_p.h"
 #include "PushTracking_p.h"
 #include "ScreenCorner.h"
@@ -30,6 +31,8 @@ constexpr int kAnimationMs = 500;
 
 PopNoticeBaseWidget::PopNoticeBaseWidget(QWidget* parent)
     : QWidget(parent, Qt::WindowFlags())
+    , m_shadowMargins(NoticeWindowMetrics::CardShadow, NoticeWindowMetrics::CardShadow, NoticeWindowMetrics::CardShadow,
+                      NoticeWindowMetrics::CardShadow)
 {
     // Intended: the result of open() is not looked at; a missing sheet leaves the card unstyled.
     QFile file(QStringLiteral(":/im/qss/notice/PopNoticeStyleSheet.qss"));

@@ -1,5 +1,6 @@
 #include "ScreenCorner.h"
 
+#include "ScreenCornerOverride_p.h"
 #include "TaskbarEdge_p.h"
 
 #include <QGuiApplication>
@@ -56,18 +57,13 @@ bool ScreenCorner::cornerFor(const QSize& windowSize, int bottomOffset, Corner* 
     return true;
 }
 
-void ScreenCorner::setOverride(const Screen& screen)
+void ScreenCornerOverride::set(const ScreenCorner::Screen& screen)
 {
     s_override = screen;
     s_hasOverride = true;
 }
 
-void ScreenCorner::clearOverride()
+void ScreenCornerOverride::clear()
 {
     s_hasOverride = false;
-}
-
-bool ScreenCorner::hasOverride()
-{
-    return s_hasOverride;
 }

@@ -29,15 +29,21 @@ public:
                                         const QString& textC, bool flagE, bool flagF, bool flagG, bool flagH,
                                         const QString& headingText, const QString& pushScenes,
                                         const QString& pushBody, bool lastFlag);
+    /** A field-by-field copy of @p other. */
     StudyActivityNoticeWidgetDisplayPod(const StudyActivityNoticeWidgetDisplayPod& other);
+    /** Takes the fields of @p other, which is left valid but unspecified. */
     StudyActivityNoticeWidgetDisplayPod(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
+    /** Copies every field of @p other. */
     StudyActivityNoticeWidgetDisplayPod& operator=(const StudyActivityNoticeWidgetDisplayPod& other);
+    /** Takes the fields of @p other, which is left valid but unspecified. */
     StudyActivityNoticeWidgetDisplayPod& operator=(StudyActivityNoticeWidgetDisplayPod&& other) noexcept;
+    /** Nothing beyond the fields. */
     ~StudyActivityNoticeWidgetDisplayPod();
 
     /**
-     * Named setters, the readable way to fill a record: each sets one field
-     * and returns the record, so that calls chain:
+     * @name Named setters
+     * The readable way to fill a record: each sets the field of its name to
+     * @p value and returns the record, so that calls chain:
      * @code
      * auto display = QSharedPointer<StudyActivityNoticeWidgetDisplayPod>::create();
      * display->setWindowTitleText(kind).setHeadingText(heading).setContentText(body)
@@ -45,6 +51,7 @@ public:
      * @endcode
      * A field left alone keeps the default constructor's value (empty, false).
      * The 17-argument constructor stays for hosts that use it.
+     * @{
      */
     StudyActivityNoticeWidgetDisplayPod& setWindowTitleText(const QString& value);
     StudyActivityNoticeWidgetDisplayPod& setContentText(const QString& value);
@@ -63,6 +70,7 @@ public:
     StudyActivityNoticeWidgetDisplayPod& setFlagG(bool value);
     StudyActivityNoticeWidgetDisplayPod& setFlagH(bool value);
     StudyActivityNoticeWidgetDisplayPod& setLastFlag(bool value);
+    /** @} */
 
     /** The activity's kind: the pop-up's title, as typed; the row's body begins with it in brackets, as markup. */
     QString windowTitleText;
@@ -90,8 +98,8 @@ public:
     bool flagG = false;
     /** Carried for the host. */
     bool flagH = false;
-    /** Carried for the host. */
-    bool lastFlag = false;   // the constructor's last argument, stored here on purpose
+    /** Carried for the host; the constructor's last argument, stored here on purpose. */
+    bool lastFlag = false;
     /** The heading of the notice, shown as typed: the pop-up's heading and the gathered row's title. */
     QString headingText;
     /** Empty: no argument fills it. */

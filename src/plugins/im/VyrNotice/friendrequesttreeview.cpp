@@ -23,6 +23,8 @@
 #include <QScrollBar>
 #include <QTimer>
 
+using namespace FriendRequest;
+
 namespace {
 // A request may be answered for seven days from its date.
 const quint64 kAnswerWindowSeconds = 604800;

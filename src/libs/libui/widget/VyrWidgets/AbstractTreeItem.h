@@ -3,16 +3,18 @@
 #include <QList>
 #include <QString>
 
-// One node of an AbstractTreeModel: it owns its children and frees them with
-// itself. Subclasses add the fields and say how they copy (`clone`) and how
-// they name themselves (`idText`).
-//
-// Host side: none beyond the interface; a test builds items, attaches them
-// with appendChild/insertChild and reads them back.
-//   child(row)            null for any row out of range, negative ones included
-//   insertChild(row, c)   a row outside 0..childCount() appends; takes ownership
-//   removeChild(c)        detaches and deletes `c`; a stranger is left alone
-//   row()                 the item's place under its parent, 0 for a parentless item
+/**
+ * One node of an AbstractTreeModel: it owns its children and frees them with
+ * itself. Subclasses add the fields and say how they copy (`clone`) and how
+ * they name themselves (`idText`).
+ *
+ * Host side: none beyond the interface; a test builds items, attaches them
+ * with appendChild/insertChild and reads them back.
+ *   child(row)            null for any row out of range, negative ones included
+ *   insertChild(row, c)   a row outside 0..childCount() appends; takes ownership
+ *   removeChild(c)        detaches and deletes `c`; a stranger is left alone
+ *   row()                 the item's place under its parent, 0 for a parentless item
+ */
 class AbstractTreeItem
 {
 public:

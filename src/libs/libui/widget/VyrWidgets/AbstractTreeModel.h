@@ -4,16 +4,18 @@
 
 #include <QAbstractItemModel>
 
-// A tree model over AbstractTreeItem nodes: an index's internal pointer is its
-// item, the root stands for the invalid index. The model owns the root and so
-// every item under it.
-//
-// Host side: none beyond the interface.
-//   index(row, column, parent)  invalid for a row or a column out of range
-//                               (columnCount() of the parent decides)
-//   rowCount(parent)            the item's child count; 0 below column 0
-//   columnCount()               1 unless a subclass says otherwise
-//   data()                      the item's idText() for Qt::DisplayRole
+/**
+ * A tree model over AbstractTreeItem nodes: an index's internal pointer is its
+ * item, the root stands for the invalid index. The model owns the root and so
+ * every item under it.
+ *
+ * Host side: none beyond the interface.
+ *   index(row, column, parent)  invalid for a row or a column out of range
+ *                               (columnCount() of the parent decides)
+ *   rowCount(parent)            the item's child count; 0 below column 0
+ *   columnCount()               1 unless a subclass says otherwise
+ *   data()                      the item's idText() for Qt::DisplayRole
+ */
 class AbstractTreeModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -29,7 +31,7 @@ public:
 
 protected:
     AbstractTreeItem* root() const { return m_root; }
-    // The item of `index`, or the root for an invalid one.
+    /** The item of @p index, or the root for an invalid one. */
     AbstractTreeItem* itemFromIndex(const QModelIndex& index) const;
 
 private:

@@ -4,8 +4,7 @@
 
 class QWidget;
 
-// A title bar a dialog can be given instead of its own: the widget to place on
-// top and where the title text goes.
+/** A title bar a dialog can be given instead of its own: the widget to place on top and where the title text goes. */
 class ICustomedTitleBar
 {
 public:

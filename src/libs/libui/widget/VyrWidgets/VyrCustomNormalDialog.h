@@ -7,15 +7,17 @@ class QLabel;
 class QPushButton;
 class QVBoxLayout;
 
-// The client's dialog frame: a frameless QDialog with a title bar (the title
-// text and, by type, a close button) above one centre widget. exec() is
-// QDialog's own; see VyrModalAnswerer for answering it without a person.
-//
-// Types: 0 no title bar, 1 a title only, 2 a title and a close button (the
-// close button rejects).
-//
-// Host side: `titleText()`, `centerWidget()`, `closeButton()` (null for types
-// 0 and 1), `isMovable()`.
+/**
+ * The client's dialog frame: a frameless QDialog with a title bar (the title
+ * text and, by type, a close button) above one centre widget. exec() is
+ * QDialog's own; see VyrModalAnswerer for answering it without a person.
+ *
+ * Types: 0 no title bar, 1 a title only, 2 a title and a close button (the
+ * close button rejects).
+ *
+ * Host side: `titleText()`, `centerWidget()`, `closeButton()` (null for types
+ * 0 and 1), `isMovable()`.
+ */
 class VyrCustomNormalDialog : public QDialog
 {
     Q_OBJECT
@@ -30,8 +32,7 @@ public:
     VyrCustomNormalDialog(Type type, QWidget* parent, Qt::WindowFlags flags = Qt::WindowFlags(),
                           ICustomedTitleBar* titleBar = nullptr, bool movable = false);
 
-    // Puts `widget` in the centre, owned by the dialog; `fitToWidget` sizes the
-    // dialog to it.
+    /** Puts @p widget in the centre, owned by the dialog; @p fitToWidget sizes the dialog to it. */
     void setCenterWidget(QWidget* widget, bool fitToWidget);
 
     QString titleText() const;

@@ -2,12 +2,14 @@
 
 #include <QMenu>
 
-// The client's context menu: a QMenu with the client's white, rounded look.
-// `withShadow` gives it a soft border instead of the flat one. exec() is
-// QMenu's own, a real nested event loop; see VyrModalAnswerer for choosing an
-// entry without a person.
-//
-// Host side: `withShadow()` tells how it was made.
+/**
+ * The client's context menu: a QMenu with the client's white, rounded look.
+ * `withShadow` gives it a soft border instead of the flat one. exec() is
+ * QMenu's own, a real nested event loop; see VyrModalAnswerer for choosing an
+ * entry without a person.
+ *
+ * Host side: `withShadow()` tells how it was made.
+ */
 class VyrMenuEx : public QMenu
 {
     Q_OBJECT

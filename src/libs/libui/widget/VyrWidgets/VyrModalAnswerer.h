@@ -9,32 +9,34 @@
 
 class QMenu;
 
-// The kit's answer hook for modal boxes, menus and dialogs. Every box, menu
-// and dialog of the client runs a real exec(); a test or a scripted demo that
-// must not wait for a person queues answers here. Each answer serves the next
-// box, menu or dialog that is shown, in order: once the widget is on screen,
-// the answer is applied from the event loop (inside that exec()) by pressing
-// the real button, choosing the real menu entry or typing into the real line
-// edit.
-//
-// Host side (GUI thread):
-//   VyrModalAnswerer::instance()->pressButton(QMessageBox::Yes)   the next box
-//   ...->chooseMenuEntry("Delete")     the next menu: the entry with that text
-//                                       (an unknown text closes the menu)
-//   ...->enterText("secret")           the next dialog: types into its first
-//                                       line edit and presses Return there
-//   ...->closeModal()                  the next box, menu or dialog is closed
-//   ...->answerWith(handler)           anything else: handler(widget) runs
-//                                       from the event loop once it is shown
-//   setCloseUnanswered(true)           a modal with no answer queued is closed
-//                                       (so a forgotten answer never hangs a test)
-//   pendingCount(), clear()            queued answers; clear drops them and the log
-//   seen()                             one line per modal shown while the hook was
-//                                       in use: "box <title> | <text>",
-//                                       "menu <entry> | <entry>...", "dialog <title>"
-//   signal modalShown(QWidget*)        each box, menu or dialog as it is shown
-// The helpers pressButtonOn, chooseMenuEntryOn, enterTextOn and closeModalOn
-// do the same to a given widget, for handlers with several steps.
+/**
+ * The kit's answer hook for modal boxes, menus and dialogs. Every box, menu
+ * and dialog of the client runs a real exec(); a test or a scripted demo that
+ * must not wait for a person queues answers here. Each answer serves the next
+ * box, menu or dialog that is shown, in order: once the widget is on screen,
+ * the answer is applied from the event loop (inside that exec()) by pressing
+ * the real button, choosing the real menu entry or typing into the real line
+ * edit.
+ *
+ * Host side (GUI thread):
+ *   VyrModalAnswerer::instance()->pressButton(QMessageBox::Yes)   the next box
+ *   ...->chooseMenuEntry("Delete")     the next menu: the entry with that text
+ *                                       (an unknown text closes the menu)
+ *   ...->enterText("secret")           the next dialog: types into its first
+ *                                       line edit and presses Return there
+ *   ...->closeModal()                  the next box, menu or dialog is closed
+ *   ...->answerWith(handler)           anything else: handler(widget) runs
+ *                                       from the event loop once it is shown
+ *   setCloseUnanswered(true)           a modal with no answer queued is closed
+ *                                       (so a forgotten answer never hangs a test)
+ *   pendingCount(), clear()            queued answers; clear drops them and the log
+ *   seen()                             one line per modal shown while the hook was
+ *                                       in use: "box <title> | <text>",
+ *                                       "menu <entry> | <entry>...", "dialog <title>"
+ *   signal modalShown(QWidget*)        each box, menu or dialog as it is shown
+ * The helpers pressButtonOn, chooseMenuEntryOn, enterTextOn and closeModalOn
+ * do the same to a given widget, for handlers with several steps.
+ */
 class VyrModalAnswerer : public QObject
 {
     Q_OBJECT

@@ -6,23 +6,25 @@
 
 class QTimer;
 
-// A busy indicator drawn over its parent: a rounded, half-transparent box
-// with a ring of lines turning round and an optional text under it.
-//
-// The widget covers its parent's whole area and follows its resizes; only
-// the box is painted, the rest stays transparent. With `centerOnParent` the
-// box stands in the middle of the parent, else at its top left corner. With
-// `passMouseThrough` clicks go through to the widgets under it, so the
-// parent stays usable while it spins; without, the spinner swallows the
-// clicks that land on the parent. It is hidden until start().
-//
-// Host side (to observe it):
-//   isSpinning()         start() called and stop() not since
-//   currentCounter()     the line the ring's head is on; advances every
-//                        1000 / (revolutionsPerSecond * numberOfLines) ms
-//   text(), isTextVisible(), innerRadius(), lineLength(), lineWidth(),
-//   borderRadius(), opacity()
-//   boxRect()            where the box is painted, in the widget's coordinates
+/**
+ * A busy indicator drawn over its parent: a rounded, half-transparent box
+ * with a ring of lines turning round and an optional text under it.
+ *
+ * The widget covers its parent's whole area and follows its resizes; only
+ * the box is painted, the rest stays transparent. With `centerOnParent` the
+ * box stands in the middle of the parent, else at its top left corner. With
+ * `passMouseThrough` clicks go through to the widgets under it, so the
+ * parent stays usable while it spins; without, the spinner swallows the
+ * clicks that land on the parent. It is hidden until start().
+ *
+ * Host side (to observe it):
+ *   isSpinning()         start() called and stop() not since
+ *   currentCounter()     the line the ring's head is on; advances every
+ *                        1000 / (revolutionsPerSecond * numberOfLines) ms
+ *   text(), isTextVisible(), innerRadius(), lineLength(), lineWidth(),
+ *   borderRadius(), opacity()
+ *   boxRect()            where the box is painted, in the widget's coordinates
+ */
 class WaitingSpinnerWidget : public QWidget
 {
     Q_OBJECT
@@ -32,11 +34,11 @@ public:
     void setInnerRadius(int radius);
     void setLineLength(int length);
     void setLineWidth(int width);
-    // The box's corner radius. The name is the client's, typo included.
+    /** The box's corner radius. The name is the client's, typo included. */
     void setBorderRaius(double radius);
-    // Opacity of the box's dark background, 0 to 1.
+    /** Opacity of the box's dark background, 0 to 1. */
     void setOpacity(double opacity);
-    // The text under the ring, shown when `visible`.
+    /** The text under the ring, shown when @p visible. */
     void setText(const QString& text, bool visible);
     void setColor(const QColor& color);
 
