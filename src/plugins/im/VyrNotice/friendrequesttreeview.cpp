@@ -23,6 +23,8 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 // A request may be answered for seven days from its date.
 const quint64 kAnswerWindowSeconds = 604800;
@@ -52,6 +54,8 @@ FriendRequestTreeView::FriendRequestTreeView(QWidget* parent)
     m_model = new FriendRequestModel(this);
     // The proxy has no parent on purpose; the destructor frees it.
     setModel(new FriendRequestSortFilterProxyModel(m_model, nullptr));
+    connect(model(), &QAbstractItemModel::rowsInserted, this, &FriendRequestTreeView::noteNewGroups);
+    connect(model(), &QAbstractItemModel::modelReset, this, [this]() { m_openEveryGroup = true; });
     m_viewItem = new FriendRequestViewItem(this);
     setItemDelegate(m_viewItem);
     expandAll();
@@ -114,9 +118,35 @@ void FriendRequestTreeView::verticalScrollbarValueChanged(int value)
 
 void FriendRequestTreeView::friendRequestViewExpandAll()
 {
-    expandAll();
+    openNewGroups();
     if (parentWidget())
         parentWidget()->update();
+}
+
+void FriendRequestTreeView::noteNewGroups(const QModelIndex& parent, int first, int last)
+{
+    if (parent.isValid())
+        return;
+    for (int row = first; row <= last; ++row)
+        m_newGroups.append(QPersistentModelIndex(model()->index(row, 0)));
+}
+
+// The same open groups as expandAll(): rows never have children, so only the
+// groups are opened, and a group stays open until it goes. A group the proxy
+// dropped is gone from the list by itself.
+void FriendRequestTreeView::openNewGroups()
+{
+    if (m_openEveryGroup) {
+        m_openEveryGroup = false;
+        m_newGroups.clear();
+        expandAll();
+        return;
+    }
+    const QList<QPersistentModelIndex> groups = std::exchange(m_newGroups, {});
+    for (const QPersistentModelIndex& group : groups) {
+        if (group.isValid())
+            expand(group);
+    }
 }
 
 void FriendRequestTreeView::showWarning(const QString& text)
