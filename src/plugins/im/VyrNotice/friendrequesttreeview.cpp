@@ -23,8 +23,6 @@
 #include <QScrollBar>
 #include <QTimer>
 
-#include <utility>
-
 namespace {
 // A request may be answered for seven days from its date.
 const quint64 kAnswerWindowSeconds = 604800;
@@ -54,8 +52,6 @@ FriendRequestTreeView::FriendRequestTreeView(QWidget* parent)
     m_model = new FriendRequestModel(this);
     // The proxy has no parent on purpose; the destructor frees it.
     setModel(new FriendRequestSortFilterProxyModel(m_model, nullptr));
-    connect(model(), &QAbstractItemModel::rowsInserted, this, &FriendRequestTreeView::noteNewGroups);
-    connect(model(), &QAbstractItemModel::modelReset, this, [this]() { m_openEveryGroup = true; });
     m_viewItem = new FriendRequestViewItem(this);
     setItemDelegate(m_viewItem);
     expandAll();
@@ -116,37 +112,26 @@ void FriendRequestTreeView::verticalScrollbarValueChanged(int value)
         m_model->loadMoreUiData();
 }
 
+// Every row folded in, every update and every delete asks for this; a page
+// asks 30 times in one go. The groups are opened once, when the event loop
+// next turns, and only those not open yet: rows never have children, so that
+// is what expandAll() would show, without laying out every row each time.
 void FriendRequestTreeView::friendRequestViewExpandAll()
 {
-    openNewGroups();
+    if (m_openPending)
+        return;
+    m_openPending = true;
+    QMetaObject::invokeMethod(this, &FriendRequestTreeView::openEveryGroup, Qt::QueuedConnection);
+}
+
+void FriendRequestTreeView::openEveryGroup()
+{
+    m_openPending = false;
+    QAbstractItemModel* groups = model();
+    for (int row = 0; row < groups->rowCount(); ++row)
+        expand(groups->index(row, 0));
     if (parentWidget())
         parentWidget()->update();
-}
-
-void FriendRequestTreeView::noteNewGroups(const QModelIndex& parent, int first, int last)
-{
-    if (parent.isValid())
-        return;
-    for (int row = first; row <= last; ++row)
-        m_newGroups.append(QPersistentModelIndex(model()->index(row, 0)));
-}
-
-// The same open groups as expandAll(): rows never have children, so only the
-// groups are opened, and a group stays open until it goes. A group the proxy
-// dropped is gone from the list by itself.
-void FriendRequestTreeView::openNewGroups()
-{
-    if (m_openEveryGroup) {
-        m_openEveryGroup = false;
-        m_newGroups.clear();
-        expandAll();
-        return;
-    }
-    const QList<QPersistentModelIndex> groups = std::exchange(m_newGroups, {});
-    for (const QPersistentModelIndex& group : groups) {
-        if (group.isValid())
-            expand(group);
-    }
 }
 
 void FriendRequestTreeView::showWarning(const QString& text)

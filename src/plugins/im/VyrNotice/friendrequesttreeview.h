@@ -4,9 +4,7 @@
 #include "VyrNoticeExport.h"
 #include "VyrTreeView.h"
 
-#include <QList>
 #include <QModelIndex>
-#include <QPersistentModelIndex>
 
 class FriendRequestModel;
 class FriendRequestViewItem;
@@ -53,8 +51,7 @@ private:
     void trackAnswer(const QString& tabName);
     bool currentIndexReadable() const;
     void showWarning(const QString& text);
-    void noteNewGroups(const QModelIndex& parent, int first, int last);
-    void openNewGroups();
+    void openEveryGroup();
 
     FriendRequestModel* m_model;
     FriendRequestViewItem* m_viewItem;
@@ -62,8 +59,5 @@ private:
     // Only tells whether m_currentIndex can still be read: a plain index into
     // a day group the proxy has dropped points at freed memory.
     QPersistentModelIndex m_currentGroup;
-    // Day groups the proxy brought since they were last opened; opening only
-    // these shows what expandAll() shows, without a walk over every row.
-    QList<QPersistentModelIndex> m_newGroups;
-    bool m_openEveryGroup = false; // after a reset nothing is known: open all once
+    bool m_openPending = false; // an opening of the groups waits for the event loop
 };
