@@ -333,6 +333,8 @@ void BM_PageLiveUpdate(benchmark::State& state)
         info.setDate(++date);
         page.model->contactorAddNoticeSlot(info);
         QCoreApplication::processEvents();
+        // Lays out now whatever the view left for later, so the figure holds all of it.
+        benchmark::DoNotOptimize(page.view->visualRect(page.view->model()->index(0, 0)));
     }
 }
 BENCHMARK(BM_PageLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
@@ -345,6 +347,7 @@ void BM_BaselineLiveUpdate(benchmark::State& state)
     for (auto _ : state) {
         base.move(100000 + quint64(person++), ++date);
         QCoreApplication::processEvents();
+        benchmark::DoNotOptimize(base.view.visualRect(base.proxy.index(0, 0)));
     }
 }
 BENCHMARK(BM_BaselineLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
