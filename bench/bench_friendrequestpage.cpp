@@ -203,11 +203,14 @@ std::unique_ptr<Baseline> shownBaseline(int n)
     return base;
 }
 
-// The page (or baseline) of each size is made once and kept for the benchmarks that only add to it.
+// The page (or baseline) of each size is made once and kept for the benchmarks that only add to it;
+// they go before the application does.
+std::map<int, std::unique_ptr<Page>> s_pages;
+std::map<int, std::unique_ptr<Baseline>> s_bases;
+
 Page& pageOf(int n)
 {
-    static std::map<int, std::unique_ptr<Page>> pages;
-    auto& page = pages[n];
+    auto& page = s_pages[n];
     if (!page)
         page = shownPage(n);
     return *page;
@@ -215,8 +218,7 @@ Page& pageOf(int n)
 
 Baseline& baselineOf(int n)
 {
-    static std::map<int, std::unique_ptr<Baseline>> bases;
-    auto& base = bases[n];
+    auto& base = s_bases[n];
     if (!base)
         base = shownBaseline(n);
     return *base;
@@ -543,7 +545,10 @@ int main(int argc, char** argv)
     printExponent(reporter, "BM_BaselineFill");
     printRatio(reporter, "longest step, scroll 10,000 + 3 loads", "BM_PageScrollToEnd/iterations:1/manual_time",
                "BM_BaselineScrollToEnd/iterations:1/manual_time", true);
+    std::fflush(stdout);
     benchmark::Shutdown();
     QThreadPool::globalInstance()->waitForDone();
+    s_pages.clear();
+    s_bases.clear();
     return 0;
 }
