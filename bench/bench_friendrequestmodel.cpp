@@ -1,5 +1,5 @@
 // The friend-request tree: the first page (initUiData of 200 records), one
-// live update at 1,000 and 10,000 rows, one later page of 30 at 10,000 rows,
+// live update at 1,000 to 100,000 rows, one later page of 30 at 10,000 and 100,000 rows,
 // and how late the GUI thread's timers run while a page whose query takes
 // 500 ms loads on the thread pool. Each figure has a baseline measured in the
 // same run: a QStandardItemModel tree with the same groups and rows doing the
@@ -134,7 +134,7 @@ void BM_LiveUpdate(benchmark::State& state)
     }
 }
 BENCHMARK(BM_LiveUpdate)->Args({1000, 20})->Args({1000, 200})->Args({10000, 20})->Args({10000, 200})
-    ->Iterations(400)->Unit(benchmark::kMicrosecond);
+    ->Args({100000, 1400})->Iterations(400)->Unit(benchmark::kMicrosecond);
 
 QStandardItem* findRow(QStandardItem* group, quint64 person)
 {
@@ -163,7 +163,7 @@ void BM_BaselineStandardMove(benchmark::State& state)
     }
 }
 BENCHMARK(BM_BaselineStandardMove)->Args({1000, 20})->Args({1000, 200})->Args({10000, 20})->Args({10000, 200})
-    ->Iterations(400)->Unit(benchmark::kMicrosecond);
+    ->Args({100000, 1400})->Iterations(400)->Unit(benchmark::kMicrosecond);
 
 // A later page of 30 new people, on the oldest day and the one before it.
 QVector<FriendRequestInfo> laterPage(int rows, int groups, int round)
@@ -192,7 +192,7 @@ void BM_LaterPage30(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_LaterPage30)->Args({10000, 20})->Args({10000, 200})->Iterations(200)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_LaterPage30)->Args({10000, 20})->Args({10000, 200})->Args({100000, 1400})->Iterations(200)->Unit(benchmark::kMicrosecond);
 
 void BM_BaselineStandardAppend30(benchmark::State& state)
 {
@@ -223,7 +223,7 @@ void BM_BaselineStandardAppend30(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_BaselineStandardAppend30)->Args({10000, 20})->Args({10000, 200})->Iterations(200)
+BENCHMARK(BM_BaselineStandardAppend30)->Args({10000, 20})->Args({10000, 200})->Args({100000, 1400})->Iterations(200)
     ->Unit(benchmark::kMicrosecond);
 
 // The worst lateness of a 1 ms probe timer from `start` until 30 ms after `done`.
@@ -290,7 +290,7 @@ void BM_GuiLatenessDuringSlowPage(benchmark::State& state)
     }
     engine->clear();
 }
-BENCHMARK(BM_GuiLatenessDuringSlowPage)->Args({1000, 20})->Args({10000, 20})->Args({10000, 200})->Iterations(5)->UseManualTime()
+BENCHMARK(BM_GuiLatenessDuringSlowPage)->Args({1000, 20})->Args({10000, 20})->Args({10000, 200})->Args({100000, 1400})->Iterations(5)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 void BM_BaselineGuiLatenessIdle(benchmark::State& state)
@@ -300,7 +300,7 @@ void BM_BaselineGuiLatenessIdle(benchmark::State& state)
         state.SetIterationTime(late / 1000.0);
     }
 }
-BENCHMARK(BM_BaselineGuiLatenessIdle)->Args({1000, 20})->Args({10000, 20})->Args({10000, 200})->Iterations(5)->UseManualTime()
+BENCHMARK(BM_BaselineGuiLatenessIdle)->Args({1000, 20})->Args({10000, 20})->Args({10000, 200})->Args({100000, 1400})->Iterations(5)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 // Keeps each run's time, to print each figure against its baseline at the end.
@@ -323,13 +323,13 @@ public:
     {
         std::printf("\n| What | Time | Baseline | Ratio |\n|---|---:|---:|---:|\n");
         row("initUiData, 200 records (20 days)", "BM_InitUiData200", "BM_BaselineStandardBuild200");
-        for (const char* args : {"1000/20", "1000/200", "10000/20", "10000/200"})
+        for (const char* args : {"1000/20", "1000/200", "10000/20", "10000/200", "100000/1400"})
             row(std::string("live update, rows/groups ") + args, std::string("BM_LiveUpdate/") + args,
                 std::string("BM_BaselineStandardMove/") + args);
-        for (const char* args : {"10000/20", "10000/200"})
+        for (const char* args : {"10000/20", "10000/200", "100000/1400"})
             row(std::string("later page of 30, rows/groups ") + args, std::string("BM_LaterPage30/") + args,
                 std::string("BM_BaselineStandardAppend30/") + args);
-        for (const char* args : {"1000/20", "10000/20", "10000/200"})
+        for (const char* args : {"1000/20", "10000/20", "10000/200", "100000/1400"})
             row(std::string("worst GUI lateness, 500 ms page, rows/groups ") + args,
                 std::string("BM_GuiLatenessDuringSlowPage/") + args, std::string("BM_BaselineGuiLatenessIdle/") + args);
     }

@@ -1,10 +1,20 @@
-// The friend-request page's list while scrolling through 10,000 requests: at
-// each step the scroll bar moves on by one page and the whole view is
-// repainted (rendered into an image, as the backing store would get it). The
-// baseline, in the same run, is a plain QTreeView with the default delegate
-// on the same sorted rows, at the same size and the same scroll steps.
+// The friend-request page SHOWN (FriendRequestWidget with its real proxy and
+// view, offscreen), at 10,000 and 100,000 requests:
+// - the longest GUI-thread gap while a later page of 30 loads (query of
+//   500 ms on the worker, rows folded in on the GUI thread);
+// - one live update (a person's new request moves the row to today), up to
+//   the view laid out and painted again;
+// - filling the shown page with n records in one go, 1,000 to 100,000, with
+//   the growth exponent (log-log slope);
+// - scrolling a page at a time from the top to the end of 10,000 rows, three
+//   page loads included: the longest step or wait.
+// Each has a baseline in the same run: a QStandardItemModel with the same day
+// groups and rows, a QSortFilterProxyModel sorting by date, and a shown
+// QTreeView of the same size doing the same work. Gaps are the GUI thread's
+// CPU time between two ticks of a 1 ms timer; update and fill are CPU time. Every figure is
+// printed as a ratio against its baseline at the end.
 //
-// Run: QT_QPA_PLATFORM=offscreen build/bench/bench_friendrequestpage
+// Run: QT_QPA_PLATFORM=offscreen build-rel/bench/bench_friendrequestpage --benchmark_repetitions=3
 
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
@@ -15,111 +25,505 @@
 #include "UserInfo.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QScrollBar>
+#include <QSortFilterProxyModel>
+#include <QStandardItemModel>
 #include <QThreadPool>
+#include <QTimer>
 #include <QTranslator>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
 
 #include "MedianReporter.h"
+#include <cmath>
+#include <ctime>
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <thread>
+#include <vector>
+
+using VyrEngine::FriendRequestInfo;
 
 namespace {
 
-const int kRows = 10000;
 const quint64 kMe = 1000;
 const qint64 kNow = 1800000000;
 const int kStatuses[] = {4, 0, 5, 1, 6, 2, 3};
+const int kPageQueryMs = 500;
+const int kPageSize = 30;
 
-// 10,000 people over about 140 days, every status, as the engine's first answer.
-QVector<VyrEngine::FriendRequestInfo> requests()
+// Person number `i`, the i-th newest: 72 people a day, every status.
+FriendRequestInfo record(int i)
 {
-    QVector<VyrEngine::FriendRequestInfo> records;
-    for (int i = 0; i < kRows; ++i) {
-        const quint64 peer = 100000 + quint64(i);
-        VyrEngine::ContactsEngine::instance()->putUser(VyrEngine::UserInfo(peer, QStringLiteral("Person %1").arg(i)));
-        const int status = kStatuses[i % 7];
-        const bool mine = status == 2 || status == 5;
-        VyrEngine::FriendRequestInfo info;
-        info.setSequenceId(i + 1);
-        info.setSourceId(mine ? kMe : peer);
-        info.setTargetId(mine ? peer : kMe);
-        info.setStatus(status);
-        info.setDate(quint64(kNow) - 60 - quint64(i) * 1200);
-        info.setMessage(QStringLiteral("Hello, I am in your class and would like to ask about the homework, %1").arg(i));
-        records.append(info);
-    }
-    return records;
+    const quint64 peer = 100000 + quint64(i);
+    const int status = kStatuses[i % 7];
+    const bool mine = status == 2 || status == 5;
+    FriendRequestInfo info;
+    info.setSequenceId(i + 1);
+    info.setSourceId(mine ? kMe : peer);
+    info.setTargetId(mine ? peer : kMe);
+    info.setStatus(status);
+    info.setDate(quint64(kNow) - 60 - quint64(i) * 1200);
+    info.setMessage(QStringLiteral("Hello, I am in your class and would like to ask about the homework, %1").arg(i));
+    return info;
 }
 
-struct Fixture
+// People first..first+count-1, newest first, as the engine answers.
+QVector<FriendRequestInfo> records(int first, int count)
 {
-    std::unique_ptr<FriendRequestWidget> page;
-    QTreeView* view = nullptr;
-    std::unique_ptr<QTreeView> plain;
+    static int known = 0;
+    for (; known < first + count; ++known)
+        VyrEngine::ContactsEngine::instance()->putUser(
+            VyrEngine::UserInfo(100000 + quint64(known), QStringLiteral("Person %1").arg(known)));
+    QVector<FriendRequestInfo> out;
+    out.reserve(count);
+    for (int i = first; i < first + count; ++i)
+        out << record(i);
+    return out;
+}
+
+QDate dayOf(quint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(qint64(seconds)).date();
+}
+
+// The baseline: the same two-level tree in a QStandardItemModel, a sorting
+// proxy and a plain shown tree view.
+struct Baseline
+{
+    QStandardItemModel model;
+    QSortFilterProxyModel proxy;
+    QTreeView view;
+    QMap<QDate, QStandardItem*> groups;
+    QHash<quint64, QStandardItem*> rows;
+
+    Baseline()
+    {
+        proxy.setSourceModel(&model);
+        proxy.setSortRole(DateRole);
+        proxy.setDynamicSortFilter(true);
+        proxy.sort(0, Qt::DescendingOrder);
+        view.setHeaderHidden(true);
+        view.setRootIsDecorated(false);
+        view.setModel(&proxy);
+        view.resize(640, 620);
+        view.show();
+    }
+
+    QStandardItem* groupFor(quint64 date, bool onTop)
+    {
+        QStandardItem*& group = groups[dayOf(date)];
+        if (!group) {
+            group = new QStandardItem();
+            group->setData(qulonglong(date), DateRole);
+            if (onTop)
+                model.insertRow(0, group);
+            else
+                model.appendRow(group);
+            view.expand(proxy.mapFromSource(group->index()));
+        }
+        return group;
+    }
+
+    void add(const FriendRequestInfo& info, bool onTop)
+    {
+        const quint64 person = info.sourceId() == kMe ? info.targetId() : info.sourceId();
+        auto* row = new QStandardItem(QStringLiteral("Person %1").arg(person));
+        row->setData(qulonglong(info.date()), DateRole);
+        row->setData(info.message(), MessageRole);
+        row->setData(info.status(), StatusRole);
+        QStandardItem* group = groupFor(info.date(), onTop);
+        if (onTop)
+            group->insertRow(0, row);
+        else
+            group->appendRow(row);
+        rows.insert(person, row);
+    }
+
+    // A person's new request: the row leaves its day (and the day when empty) for the new one.
+    void move(quint64 person, quint64 date)
+    {
+        QStandardItem* row = rows.value(person);
+        QStandardItem* group = row->parent();
+        const QDate oldDay = dayOf(row->data(DateRole).toULongLong());
+        if (group->rowCount() == 1) {
+            groups.remove(oldDay);
+            model.removeRow(group->row());
+        } else {
+            group->removeRow(row->row());
+        }
+        FriendRequestInfo info = record(int(person - 100000));
+        info.setDate(date);
+        add(info, true);
+    }
 };
 
-Fixture& fixture()
+struct Page
 {
-    static Fixture f;
-    if (f.page)
-        return f;
-    VyrEngine::NoticeEngine::instance()->queueFriendRequestsAnswer(requests());
-    VyrEngine::NoticeEngine::instance()->setUiDataReady(true);
-    f.page.reset(new FriendRequestWidget);
-    f.page->resize(720, 780);
-    f.page->show();
-    QCoreApplication::processEvents();
-    f.view = f.page->findChild<QTreeView*>(QStringLiteral("friendRequestView"));
-    f.plain.reset(new QTreeView);
-    f.plain->setHeaderHidden(true);
-    f.plain->setModel(f.view->model());
-    f.plain->expandAll();
-    f.plain->resize(f.view->size());
-    f.plain->show();
-    QCoreApplication::processEvents();
-    return f;
+    std::unique_ptr<FriendRequestWidget> widget;
+    QTreeView* view = nullptr;
+    FriendRequestModel* model = nullptr;
+    int rows = 0;
+};
+
+void settle()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
 }
 
-// Steps a page at a time from the top to just before the end (the end asks the engine for more).
-void scrollThrough(benchmark::State& state, QTreeView* view)
+// A shown page filled with `n` people in one answer.
+std::unique_ptr<Page> shownPage(int n)
 {
-    QImage canvas(view->size(), QImage::Format_ARGB32_Premultiplied);
-    QScrollBar* bar = view->verticalScrollBar();
-    const int step = qMax(1, bar->pageStep());
-    const int last = bar->maximum() - 1;
-    // One pass first, so every avatar and row size has been made once.
-    for (int value = 0; value < last; value += step) {
-        bar->setValue(value);
-        view->render(&canvas);
-    }
-    int value = 0;
-    qint64 frames = 0;
+    auto* engine = VyrEngine::NoticeEngine::instance();
+    engine->setFriendRequestsDelay(0);
+    engine->queueFriendRequestsAnswer(records(0, n));
+    engine->setUiDataReady(true);
+    auto page = std::make_unique<Page>();
+    page->widget.reset(new FriendRequestWidget);
+    page->widget->resize(720, 780);
+    page->widget->show();
+    settle();
+    page->view = page->widget->findChild<QTreeView*>(QStringLiteral("friendRequestView"));
+    page->model = page->view->findChild<FriendRequestModel*>();
+    page->rows = n;
+    return page;
+}
+
+std::unique_ptr<Baseline> shownBaseline(int n)
+{
+    auto base = std::make_unique<Baseline>();
+    const QVector<FriendRequestInfo> all = records(0, n);
+    for (int i = n - 1; i >= 0; --i)
+        base->add(all.at(i), true);
+    settle();
+    return base;
+}
+
+// The page (or baseline) of each size is made once and kept for the benchmarks that only add to it;
+// they go before the application does.
+std::map<int, std::unique_ptr<Page>> s_pages;
+std::map<int, std::unique_ptr<Baseline>> s_bases;
+
+Page& pageOf(int n)
+{
+    auto& page = s_pages[n];
+    if (!page)
+        page = shownPage(n);
+    return *page;
+}
+
+Baseline& baselineOf(int n)
+{
+    auto& base = s_bases[n];
+    if (!base)
+        base = shownBaseline(n);
+    return *base;
+}
+
+// The GUI thread's own CPU time, in ns: on a machine shared with builds the
+// wall clock mostly measures the other work, the thread's time what it did.
+qint64 threadNs()
+{
+    timespec ts;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return qint64(ts.tv_sec) * 1000000000 + ts.tv_nsec;
+}
+
+// Runs the GUI thread's event loop from `start` until `done` and 30 ms more,
+// ticking a 1 ms timer; answers the longest GUI-thread time between two
+// ticks, in ms: how long the thread was held from answering.
+template <typename Start, typename Done>
+double longestGapMs(Start start, Done done)
+{
+    QElapsedTimer clock;
+    clock.start();
+    qint64 last = threadNs();
+    qint64 longest = 0;
+    QTimer probe;
+    probe.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&probe, &QTimer::timeout, [&]() {
+        const qint64 now = threadNs();
+        longest = qMax(longest, now - last);
+        last = now;
+    });
+    probe.start(1);
+    start();
+    while (!done())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    const qint64 doneAt = clock.elapsed();
+    while (clock.elapsed() < doneAt + 30)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    probe.stop();
+    return double(longest) / 1e6;
+}
+
+// The page's later page: the engine answers the next 30 people after `delayMs` on the worker.
+// The model tells the page once the page's rows are in.
+double pageLoadGap(Page& page, int delayMs)
+{
+    auto* engine = VyrEngine::NoticeEngine::instance();
+    engine->queueFriendRequestsAnswer(records(page.rows, kPageSize));
+    engine->setFriendRequestsDelay(delayMs);
+    page.rows += kPageSize;
+    bool arrived = false;
+    const QMetaObject::Connection told = QObject::connect(
+        page.model, &FriendRequestModel::friendRequestChangeSignal, [&arrived]() { arrived = true; });
+    const double gap = longestGapMs([&]() { page.model->loadMoreUiData(); }, [&]() { return arrived; });
+    QObject::disconnect(told);
+    engine->setFriendRequestsDelay(0);
+    return gap;
+}
+
+double baselineLoadGap(Baseline& base, int& rows, int delayMs)
+{
+    const QVector<FriendRequestInfo> page = records(rows, kPageSize);
+    rows += kPageSize;
+    bool arrived = false;
+    std::thread worker;
+    const double gap = longestGapMs(
+        [&]() {
+            worker = std::thread([&]() {
+                std::this_thread::sleep_for(std::chrono::milliseconds(delayMs));
+                QMetaObject::invokeMethod(
+                    &base.model,
+                    [&]() {
+                        for (const FriendRequestInfo& info : page)
+                            base.add(info, false);
+                        arrived = true;
+                    },
+                    Qt::QueuedConnection);
+            });
+        },
+        [&]() { return arrived; });
+    worker.join();
+    return gap;
+}
+
+void BM_PageLoadGap(benchmark::State& state)
+{
+    Page& page = pageOf(int(state.range(0)));
+    for (auto _ : state)
+        state.SetIterationTime(pageLoadGap(page, kPageQueryMs) / 1000.0);
+    state.counters["rows"] = page.rows;
+}
+BENCHMARK(BM_PageLoadGap)->Arg(10000)->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_BaselineLoadGap(benchmark::State& state)
+{
+    const int n = int(state.range(0));
+    Baseline& base = baselineOf(n);
+    static std::map<int, int> rows;
+    if (!rows.count(n))
+        rows[n] = n;
+    for (auto _ : state)
+        state.SetIterationTime(baselineLoadGap(base, rows[n], kPageQueryMs) / 1000.0);
+}
+BENCHMARK(BM_BaselineLoadGap)->Arg(10000)->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// One live update: a person of an old day asks again now; the row moves to today's group.
+void BM_PageLiveUpdate(benchmark::State& state)
+{
+    Page& page = pageOf(int(state.range(0)));
+    // Each repetition moves other people: one already moved would only change in place.
+    static std::map<int, int> next;
+    int& person = next.emplace(int(state.range(0)), page.rows / 2).first->second;
+    static quint64 date = quint64(kNow);
     for (auto _ : state) {
-        bar->setValue(value);
-        view->render(&canvas);
-        value = value + step < last ? value + step : 0;
-        ++frames;
+        FriendRequestInfo info = record(person++);
+        info.setDate(++date);
+        page.model->contactorAddNoticeSlot(info);
+        QCoreApplication::processEvents();
+        // Lays out now whatever the view left for later, so the figure holds all of it.
+        benchmark::DoNotOptimize(page.view->visualRect(page.view->model()->index(0, 0)));
     }
-    state.counters["rows"] = double(view->model()->rowCount());
-    state.counters["scrollSteps"] = double(last / step + 1);
-    benchmark::DoNotOptimize(canvas.constBits());
+}
+BENCHMARK(BM_PageLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+void BM_BaselineLiveUpdate(benchmark::State& state)
+{
+    Baseline& base = baselineOf(int(state.range(0)));
+    static std::map<int, int> next;
+    int& person = next.emplace(int(state.range(0)), int(state.range(0)) / 2).first->second;
+    static quint64 date = quint64(kNow);
+    for (auto _ : state) {
+        base.move(100000 + quint64(person++), ++date);
+        QCoreApplication::processEvents();
+        benchmark::DoNotOptimize(base.view.visualRect(base.proxy.index(0, 0)));
+    }
+}
+BENCHMARK(BM_BaselineLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+// Filling the shown page with n records in one answer, until it is laid out and painted.
+void BM_PageFill(benchmark::State& state)
+{
+    const int n = int(state.range(0));
+    records(0, n);
+    for (auto _ : state) {
+        auto page = shownPage(n);
+        state.PauseTiming();
+        page.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_PageFill)->Arg(1000)->Arg(3000)->Arg(10000)->Arg(30000)->Arg(100000)->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+void BM_BaselineFill(benchmark::State& state)
+{
+    const int n = int(state.range(0));
+    records(0, n);
+    for (auto _ : state) {
+        auto base = shownBaseline(n);
+        state.PauseTiming();
+        base.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_BaselineFill)->Arg(1000)->Arg(3000)->Arg(10000)->Arg(30000)->Arg(100000)->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+// Steps a page at a time to the end, repainting as the backing store would; reaching the end
+// loads a later page (query on the worker, kScrollQueryMs), and the scroll goes on to the new
+// end, three loads in all. Answers the longest step or wait, in ms.
+const int kScrollQueryMs = 50;
+
+// Which of the two the longest was, for the counters: the wait for a load, or a step.
+double s_longestLoad = 0;
+double s_longestStep = 0;
+
+template <typename Prepare, typename Start, typename Grown>
+double scrollToTheEnd(QTreeView* view, Prepare prepare, Start start, Grown grown)
+{
+    s_longestLoad = 0;
+    s_longestStep = 0;
+    QImage canvas(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    QScrollBar* bar = view->verticalScrollBar();
+    bar->setValue(0);
+    settle();
+    double longest = 0;
+    for (int loads = 0; loads < 3;) {
+        const int next = qMin(bar->maximum(), bar->value() + qMax(1, bar->pageStep()));
+        const bool reachesEnd = next >= bar->maximum();
+        if (reachesEnd)
+            prepare();
+        const qint64 stepStart = threadNs();
+        bar->setValue(next);
+        view->viewport()->render(&canvas);
+        QCoreApplication::processEvents();
+        s_longestStep = qMax(s_longestStep, double(threadNs() - stepStart) / 1e6);
+        if (reachesEnd) {
+            s_longestLoad = qMax(s_longestLoad, longestGapMs(start, grown));
+            ++loads;
+        }
+        longest = qMax(s_longestStep, s_longestLoad);
+    }
+    return longest;
 }
 
-void BM_PageViewScrollRepaint(benchmark::State& state)
+void BM_PageScrollToEnd(benchmark::State& state)
 {
-    scrollThrough(state, fixture().view);
+    auto page = shownPage(10000);
+    auto* engine = VyrEngine::NoticeEngine::instance();
+    bool arrived = false;
+    QObject::connect(page->model, &FriendRequestModel::friendRequestChangeSignal, [&arrived]() { arrived = true; });
+    for (auto _ : state) {
+        const double longest = scrollToTheEnd(
+            page->view,
+            [&]() {
+                arrived = false;
+                // The scroll bar at its end asks the engine; this is its answer.
+                engine->queueFriendRequestsAnswer(records(page->rows, kPageSize));
+                engine->setFriendRequestsDelay(kScrollQueryMs);
+                page->rows += kPageSize;
+            },
+            []() {}, [&]() { return arrived; });
+        state.SetIterationTime(longest / 1000.0);
+        state.counters["stepMs"] = s_longestStep;
+        state.counters["loadMs"] = s_longestLoad;
+    }
+    engine->setFriendRequestsDelay(0);
+    QThreadPool::globalInstance()->waitForDone();
+    settle();
 }
-BENCHMARK(BM_PageViewScrollRepaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PageScrollToEnd)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-void BM_PlainTreeViewScrollRepaint(benchmark::State& state)
+void BM_BaselineScrollToEnd(benchmark::State& state)
 {
-    scrollThrough(state, fixture().plain.get());
+    auto base = shownBaseline(10000);
+    int rows = 10000;
+    for (auto _ : state) {
+        bool arrived = false;
+        std::vector<std::thread> workers;
+        const double longest = scrollToTheEnd(
+            &base->view, []() {},
+            [&]() {
+                arrived = false;
+                const QVector<FriendRequestInfo> page = records(rows, kPageSize);
+                rows += kPageSize;
+                workers.emplace_back([&, page]() {
+                    std::this_thread::sleep_for(std::chrono::milliseconds(kScrollQueryMs));
+                    QMetaObject::invokeMethod(
+                        &base->model,
+                        [&, page]() {
+                            for (const FriendRequestInfo& info : page)
+                                base->add(info, false);
+                            arrived = true;
+                        },
+                        Qt::QueuedConnection);
+                });
+            },
+            [&]() { return arrived; });
+        for (std::thread& worker : workers)
+            worker.join();
+        state.SetIterationTime(longest / 1000.0);
+        state.counters["stepMs"] = s_longestStep;
+        state.counters["loadMs"] = s_longestLoad;
+    }
 }
-BENCHMARK(BM_PlainTreeViewScrollRepaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BaselineScrollToEnd)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+double slope(const std::vector<std::pair<double, double>>& points)
+{
+    double sx = 0, sy = 0, sxx = 0, sxy = 0;
+    for (const auto& p : points) {
+        const double x = std::log(p.first), y = std::log(p.second);
+        sx += x;
+        sy += y;
+        sxx += x * x;
+        sxy += x * y;
+    }
+    const double n = double(points.size());
+    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
+}
+
+void printRatio(const MedianReporter& reporter, const char* what, const std::string& mine, const std::string& base,
+                bool wall)
+{
+    const auto& times = wall ? reporter.realTimes() : reporter.cpuTimes();
+    const auto a = times.find(mine);
+    const auto b = times.find(base);
+    if (a == times.end() || b == times.end())
+        return;
+    std::printf("%-44s page %9.2f ms, baseline %9.2f ms, ratio x%.2f\n", what, a->second, b->second,
+                a->second / b->second);
+}
+
+void printExponent(const MedianReporter& reporter, const char* name)
+{
+    std::vector<std::pair<double, double>> points;
+    for (int n : {1000, 3000, 10000, 30000, 100000}) {
+        const auto t = reporter.cpuTimes().find(std::string(name) + "/" + std::to_string(n) + "/iterations:1");
+        if (t != reporter.cpuTimes().end())
+            points.emplace_back(double(n), t->second);
+    }
+    if (points.size() >= 2)
+        std::printf("%-44s growth exponent %.2f over %d sizes (n log n is about 1.1 here)\n", name, slope(points),
+                    int(points.size()));
+}
 
 } // namespace
 
@@ -137,16 +541,28 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    const auto page = reporter.cpuTimes().find("BM_PageViewScrollRepaint");
-    const auto plain = reporter.cpuTimes().find("BM_PlainTreeViewScrollRepaint");
-    if (page != reporter.cpuTimes().end() && plain != reporter.cpuTimes().end()) {
-        std::printf("\nOne repaint while scrolling: page's view %.2f ms, plain tree view %.2f ms, ratio x%.2f; "
-                    "a 60 Hz frame is 16.7 ms\n",
-                    page->second, plain->second, page->second / plain->second);
+    std::printf("\nA 60 Hz frame is 16.7 ms.\n");
+    for (const char* n : {"10000", "100000"}) {
+        const std::string s(n);
+        printRatio(reporter, ("longest GUI gap, page of 30 loads, " + s).c_str(),
+                   "BM_PageLoadGap/" + s + "/iterations:2/manual_time",
+                   "BM_BaselineLoadGap/" + s + "/iterations:2/manual_time", true);
+        printRatio(reporter, ("one live update, " + s).c_str(), "BM_PageLiveUpdate/" + s + "/iterations:50",
+                   "BM_BaselineLiveUpdate/" + s + "/iterations:50", false);
     }
+    for (const char* n : {"1000", "3000", "10000", "30000", "100000"}) {
+        const std::string s(n);
+        printRatio(reporter, ("fill in one go, " + s).c_str(), "BM_PageFill/" + s + "/iterations:1",
+                   "BM_BaselineFill/" + s + "/iterations:1", false);
+    }
+    printExponent(reporter, "BM_PageFill");
+    printExponent(reporter, "BM_BaselineFill");
+    printRatio(reporter, "longest step, scroll 10,000 + 3 loads", "BM_PageScrollToEnd/iterations:1/manual_time",
+               "BM_BaselineScrollToEnd/iterations:1/manual_time", true);
+    std::fflush(stdout);
     benchmark::Shutdown();
-    fixture().plain.reset();
-    fixture().page.reset();
     QThreadPool::globalInstance()->waitForDone();
+    s_pages.clear();
+    s_bases.clear();
     return 0;
 }

@@ -15,6 +15,8 @@
 #include <QThreadPool>
 #include <QtConcurrent>
 
+#include <algorithm>
+
 using VyrEngine::FriendRequestInfo;
 using namespace FriendRequest;
 
@@ -51,6 +53,7 @@ FriendRequestModel::FriendRequestModel(QObject* parent)
     connect(showMoreSignals(), &FriendRequestShowMoreSignals::syncLoadMore, this,
             &FriendRequestModel::syncLoadMoreSlot, Qt::QueuedConnection);
     m_zoneChanges = LocalDays::forThisThread().zoneChanges();
+    m_indexZoneChanges = m_zoneChanges;
 }
 
 // The items belong to the base class, which frees them with the root.
@@ -93,6 +96,9 @@ Qt::ItemFlags FriendRequestModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid())
         return QAbstractItemModel::flags(index);
+    // A person's row never has children: the view need not look under it.
+    if (itemFromIndex(index)->parentItem() != root())
+        return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
     return Qt::ItemIsSelectable | Qt::ItemIsEnabled;
 }
 
@@ -139,6 +145,7 @@ void FriendRequestModel::removeRowOf(int groupRow, int leafRow)
         endRemoveRows();
     } else {
         beginRemoveRows(QModelIndex(), groupRow, groupRow);
+        unindexGroup(group);
         root()->removeChild(group);
         endRemoveRows();
     }
@@ -187,7 +194,67 @@ void FriendRequestModel::regroupIfZoneChanged()
     }
     for (FriendRequestTreeItem* row : moved)
         appendToItsDay(row);
+    rebuildDayIndex();
     qInfo() << "time zone changed, friend requests regrouped by day, rows moved:" << moved.size();
+}
+
+void FriendRequestModel::indexGroup(FriendRequestTreeItem* group)
+{
+    const QDate day = dayOf(group->date());
+    m_groupsByDay[day].append(group);
+    m_dayOfGroup.insert(group, day);
+}
+
+void FriendRequestModel::unindexGroup(FriendRequestTreeItem* group)
+{
+    const auto found = m_dayOfGroup.find(group);
+    if (found == m_dayOfGroup.end())
+        return;
+    const auto groups = m_groupsByDay.find(found.value());
+    if (groups != m_groupsByDay.end()) {
+        groups->removeOne(group);
+        if (groups->isEmpty())
+            m_groupsByDay.erase(groups);
+    }
+    m_dayOfGroup.erase(found);
+}
+
+void FriendRequestModel::rebuildDayIndex()
+{
+    m_groupsByDay.clear();
+    m_dayOfGroup.clear();
+    for (int i = 0; i < root()->childCount(); ++i)
+        indexGroup(groupAt(i));
+    m_indexZoneChanges = LocalDays::forThisThread().zoneChanges();
+}
+
+// A conversion may be the one that notices a new zone: the days are then
+// worked out again, as a walk converting each group's date would see them.
+void FriendRequestModel::keepDayIndexInZone()
+{
+    if (LocalDays::forThisThread().zoneChanges() != m_indexZoneChanges)
+        rebuildDayIndex();
+}
+
+QVector<FriendRequestModel::GroupStop> FriendRequestModel::groupsOfDay(const QDate& day) const
+{
+    QVector<GroupStop> stops;
+    const auto groups = m_groupsByDay.constFind(day);
+    if (groups == m_groupsByDay.constEnd())
+        return stops;
+    for (FriendRequestTreeItem* group : *groups)
+        stops.append(GroupStop{group->row(), group});
+    return stops;
+}
+
+int FriendRequestModel::firstGroupRowOfDay(const QDate& day) const
+{
+    int first = -1;
+    for (const GroupStop& stop : groupsOfDay(day)) {
+        if (first < 0 || stop.row < first)
+            first = stop.row;
+    }
+    return first;
 }
 
 void FriendRequestModel::appendToItsDay(FriendRequestTreeItem* row)
@@ -206,6 +273,7 @@ void FriendRequestModel::appendToItsDay(FriendRequestTreeItem* row)
     const int n = root()->childCount();
     beginInsertRows(QModelIndex(), n, n);
     root()->appendChild(copyOf(row));
+    indexGroup(groupAt(n));
     endInsertRows();
     beginInsertRows(index(n, 0, QModelIndex()), 0, 0);
     root()->child(n)->appendChild(row);
@@ -224,12 +292,24 @@ void FriendRequestModel::update(FriendRequestInfo info)
     const QDate oldDay = hasRow ? dayOf(m_dateByDisplayId.value(id)) : QDate();
     const QDate newDay = dayOf(info.date());
     bool placed = false;
-    // Intended: the walk visits every group and steps on after removing one,
-    // so the group that moves into the removed one's place is skipped.
-    for (int i = 0; i < root()->childCount(); ++i) {
-        FriendRequestTreeItem* group = groupAt(i);
-        const QDate day = dayOf(group->date());
-        if (day == newDay) {
+    keepDayIndexInZone();
+    // Only the groups of the two days take part in the walk over all groups,
+    // so only they are visited, in the walk's order. Intended: the walk steps
+    // on after removing a whole group, so the group that moves into the
+    // removed one's place is skipped; a second group of one day (left by that
+    // skip) gets a row of its own too.
+    QVector<GroupStop> stops = groupsOfDay(newDay);
+    if (hasRow && oldDay != newDay)
+        stops += groupsOfDay(oldDay);
+    std::sort(stops.begin(), stops.end(), [](const GroupStop& a, const GroupStop& b) { return a.row < b.row; });
+    int removedGroups = 0;
+    int skippedRow = -1;
+    for (const GroupStop& stop : stops) {
+        if (stop.row == skippedRow)
+            continue;
+        const int i = stop.row - removedGroups;
+        FriendRequestTreeItem* group = stop.group;
+        if (m_dayOfGroup.value(group) == newDay) {
             const int leafRow = leafRowOf(group, id);
             if (leafRow >= 0) {
                 auto* leaf = static_cast<FriendRequestTreeItem*>(group->child(leafRow));
@@ -240,17 +320,20 @@ void FriendRequestModel::update(FriendRequestInfo info)
                 // leaf; the view repaints on the expandAllSignal that follows.
                 const QModelIndex changed = index(leafRow, 0, QModelIndex());
                 emit dataChanged(changed, changed, {});
-                placed = true;
             } else {
-                // Intended: every group of the day is reached, so a second group of
-                // one day (left by the skip above) gets a row of its own too.
                 preAdd(info, index(i, 0, QModelIndex()));
-                placed = true;
             }
-        } else if (hasRow && day == oldDay) {
+            placed = true;
+        } else {
             const int leafRow = leafRowOf(group, id);
-            if (leafRow >= 0)
-                removeRowOf(i, leafRow);
+            if (leafRow < 0)
+                continue;
+            const bool wholeGroup = group->childCount() < 2;
+            removeRowOf(i, leafRow);
+            if (wholeGroup) {
+                ++removedGroups;
+                skippedRow = stop.row + 1;
+            }
         }
     }
     if (!placed)
@@ -269,6 +352,7 @@ void FriendRequestModel::preAdd(FriendRequestInfo info, const QModelIndex& paren
     beginInsertRows(parent, 0, 0);
     if (!parent.isValid()) {
         root()->insertChild(0, makeItem(info, id));
+        indexGroup(groupAt(0));
         madeGroup = true;
     } else {
         itemFromIndex(parent)->insertChild(0, makeItem(info, id));
@@ -293,6 +377,7 @@ void FriendRequestModel::lastAdd(FriendRequestInfo info, const QModelIndex& pare
     beginInsertRows(parent, n, n);
     if (!parent.isValid()) {
         root()->appendChild(makeItem(info, id));
+        indexGroup(groupAt(root()->childCount() - 1));
         madeGroup = true;
     } else {
         itemFromIndex(parent)->appendChild(makeItem(info, id));
@@ -321,11 +406,11 @@ void FriendRequestModel::loadMore(FriendRequestInfo info)
         return;
     regroupIfZoneChanged();
     const QDate day = dayOf(info.date());
-    for (int i = 0; i < root()->childCount(); ++i) {
-        FriendRequestTreeItem* group = groupAt(i);
-        if (dayOf(group->date()) != day)
-            continue;
-        if (leafRowOf(group, id) >= 0)
+    keepDayIndexInZone();
+    // The first group of the day, as a walk from the top would find it.
+    const int i = firstGroupRowOfDay(day);
+    if (i >= 0) {
+        if (leafRowOf(groupAt(i), id) >= 0)
             return;
         lastAdd(info, index(i, 0, QModelIndex()));
         m_dateByDisplayId[id] = info.date();
@@ -341,17 +426,16 @@ bool FriendRequestModel::deleteOneNoticeSlot(quint64 id)
         return true;
     regroupIfZoneChanged();
     const QDate day = dayOf(m_dateByDisplayId.value(id));
-    for (int i = 0; i < root()->childCount(); ++i) {
-        if (dayOf(groupAt(i)->date()) != day)
-            continue;
-        // Only the first group of the day is looked at.
+    keepDayIndexInZone();
+    // Only the first group of the day is looked at.
+    const int i = firstGroupRowOfDay(day);
+    if (i >= 0) {
         const int leafRow = leafRowOf(groupAt(i), id);
         if (leafRow >= 0) {
             removeRowOf(i, leafRow);
             m_dateByDisplayId.remove(id);
             emit expandAllSignal();
         }
-        break;
     }
     emit friendRequestChangeSignal();
     return true;

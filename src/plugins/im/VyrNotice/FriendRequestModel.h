@@ -4,6 +4,8 @@
 #include "FriendRequestInfo.h"
 #include "VyrNoticeExport.h"
 
+#include <QDate>
+#include <QHash>
 #include <QMap>
 #include <QVector>
 
@@ -95,6 +97,23 @@ private:
     void regroupIfZoneChanged();
     void appendToItsDay(FriendRequestTreeItem* row);
 
+    // Which groups stand for which day, so a record finds its day's groups
+    // without converting every group's date. Kept beside the root's children.
+    struct GroupStop
+    {
+        int row;
+        FriendRequestTreeItem* group;
+    };
+    void indexGroup(FriendRequestTreeItem* group);
+    void unindexGroup(FriendRequestTreeItem* group);
+    void rebuildDayIndex();
+    void keepDayIndexInZone();
+    QVector<GroupStop> groupsOfDay(const QDate& day) const;
+    int firstGroupRowOfDay(const QDate& day) const;
+
     QMap<quint64, quint64> m_dateByDisplayId;
     int m_zoneChanges = 0; // the zone changes the groups were last made for
+    QHash<QDate, QVector<FriendRequestTreeItem*>> m_groupsByDay;
+    QHash<const FriendRequestTreeItem*, QDate> m_dayOfGroup;
+    int m_indexZoneChanges = 0; // the zone changes the day index was made for
 };

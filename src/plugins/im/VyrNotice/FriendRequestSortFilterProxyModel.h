@@ -2,7 +2,10 @@
 
 #include "VyrNoticeExport.h"
 
+#include <QPointer>
 #include <QSortFilterProxyModel>
+
+class FriendRequestModel;
 
 // Orders the friend-request tree for the view: day headers newest first, and
 // inside a day the rows newest first. It filters nothing. Rows of the same
@@ -16,4 +19,9 @@ public:
 
 protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+
+private:
+    quint64 dateOf(const QModelIndex& index) const;
+
+    QPointer<FriendRequestModel> m_tree; // the source, when it is the friend-request tree
 };

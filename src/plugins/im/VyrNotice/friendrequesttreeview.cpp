@@ -114,9 +114,24 @@ void FriendRequestTreeView::verticalScrollbarValueChanged(int value)
         m_model->loadMoreUiData();
 }
 
+// Every row folded in, every update and every delete asks for this; a page
+// asks 30 times in one go. The groups are opened once, when the event loop
+// next turns, and only those not open yet: rows never have children, so that
+// is what expandAll() would show, without laying out every row each time.
 void FriendRequestTreeView::friendRequestViewExpandAll()
 {
-    expandAll();
+    if (m_openPending)
+        return;
+    m_openPending = true;
+    QMetaObject::invokeMethod(this, &FriendRequestTreeView::openEveryGroup, Qt::QueuedConnection);
+}
+
+void FriendRequestTreeView::openEveryGroup()
+{
+    m_openPending = false;
+    QAbstractItemModel* groups = model();
+    for (int row = 0; row < groups->rowCount(); ++row)
+        expand(groups->index(row, 0));
     if (parentWidget())
         parentWidget()->update();
 }

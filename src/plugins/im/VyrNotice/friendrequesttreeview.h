@@ -51,6 +51,7 @@ private:
     void trackAnswer(const QString& tabName);
     bool currentIndexReadable() const;
     void showWarning(const QString& text);
+    void openEveryGroup();
 
     FriendRequestModel* m_model;
     FriendRequestViewItem* m_viewItem;
@@ -58,4 +59,5 @@ private:
     // Only tells whether m_currentIndex can still be read: a plain index into
     // a day group the proxy has dropped points at freed memory.
     QPersistentModelIndex m_currentGroup;
+    bool m_openPending = false; // an opening of the groups waits for the event loop
 };
