@@ -46,6 +46,7 @@
 #include <vector>
 
 using VyrEngine::FriendRequestInfo;
+using namespace FriendRequest;
 
 namespace {
 

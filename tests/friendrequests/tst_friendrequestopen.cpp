@@ -16,6 +16,7 @@
 #include <memory>
 
 using namespace Fr;
+using namespace FriendRequest;
 using Probe = FriendRequestTreeViewProbe;
 
 // The page's day groups stay open by themselves through every kind of change,
