@@ -459,6 +459,7 @@ NoticeListSortFilterModel::NoticeListSortFilterModel(NoticeListModel* sourceMode
 {
     connect(this, &QAbstractProxyModel::sourceModelChanged, this, [this]() {
         m_noticeSource = qobject_cast<const NoticeListModel*>(QSortFilterProxyModel::sourceModel());
+        m_noticeModel = m_noticeSource.data();
         m_keysStale = true;
     });
     // A sort without a filtering pass (a new sort role, say) reads the records afresh.
@@ -521,8 +522,9 @@ bool NoticeListSortFilterModel::lessThan(const QModelIndex& left, const QModelIn
 {
     if (!left.isValid() || !right.isValid())
         return false;
-    const NoticeListModel* notices = noticeSource();
-    if (notices && left.model() == notices && right.model() == notices) {
+    // Indexes of the notice model prove it alive; no look-up through the proxy per comparison.
+    const QAbstractItemModel* model = left.model();
+    if (model && model == m_noticeModel && right.model() == model) {
         if (m_keysStale)
             refreshKeys();
         const size_t leftRow = size_t(left.row());

@@ -261,6 +261,8 @@ private:
     VyrEngine::NoticeCategory m_noticeCategory;
     // The source when it is the notice model, whose records are then read directly.
     QPointer<const NoticeListModel> m_noticeSource;
+    // The same, only compared with an index's model: never read through.
+    const NoticeListModel* m_noticeModel = nullptr;
     // Each source row's time and whether it is of this category, read from
     // the records once per filtering pass or sort, so that the n log n
     // comparisons of a sort touch one small array and no record.
