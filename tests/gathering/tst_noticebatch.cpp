@@ -8,6 +8,8 @@
 #include "VyrTrack.h"
 
 #include <QAbstractItemModelTester>
+#include <QAbstractItemView>
+#include <QPropertyAnimation>
 #include <QLabel>
 #include <QtTest>
 #include <memory>
@@ -230,7 +232,7 @@ void TestNoticeBatch::batchSignalsOnceAtItsEnd_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("steps");
-    QTest::addColumn<QString>("signals");
+    QTest::addColumn<QString>("expected");
     QTest::newRow("activities") << QString() << QStringLiteral("fcf") << QStringLiteral("reset popup(Activity)");
     QTest::newRow("lesson first") << QString() << QStringLiteral("lfL")
                                   << QStringLiteral("reset popup(Lesson) popup(Activity)");
@@ -244,7 +246,7 @@ void TestNoticeBatch::batchSignalsOnceAtItsEnd()
 {
     QFETCH(QString, before);
     QFETCH(QString, steps);
-    QFETCH(QString, signals);
+    QFETCH(QString, expected);
     runSteps(before);
     ModelSignalRecorder recorder(NoticeListModel::instance());
     QMap<QString, int> counts;
@@ -257,7 +259,7 @@ void TestNoticeBatch::batchSignalsOnceAtItsEnd()
         runSteps(steps);
         QCOMPARE(recorder.joined(), QString());
     }
-    QCOMPARE(recorder.joined(), signals);
+    QCOMPARE(recorder.joined(), expected);
     // Each popup tells how many rows of its category it stands for.
     int added = 0;
     for (int count : counts)
