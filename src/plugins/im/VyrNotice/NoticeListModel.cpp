@@ -14,6 +14,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 NoticeListModel* NoticeListModel::m_pInstance = nullptr;
 
 namespace {
@@ -107,14 +109,14 @@ void NoticeListModel::init()
 int NoticeListModel::rowCount(const QModelIndex& parent) const
 {
     Q_UNUSED(parent)
-    return int(m_notices.size());
+    return m_shownRows;
 }
 
 QVariant NoticeListModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || role != Qt::UserRole)
         return {};
-    if (index.row() < 0 || size_t(index.row()) >= m_notices.size())
+    if (index.row() < 0 || index.row() >= m_shownRows)
         return {};
     return QVariant::fromValue(m_notices[size_t(index.row())]);
 }
@@ -127,9 +129,9 @@ bool NoticeListModel::setData(const QModelIndex& index, const QVariant& value, i
 
 int NoticeListModel::getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory)
 {
-    const std::vector<VyrEngine::GatherNoticePtr> notices = m_notices;
+    // Walks the list itself, not a copy: nothing can change it during the count.
     int count = 0;
-    for (const VyrEngine::GatherNoticePtr& notice : notices) {
+    for (const VyrEngine::GatherNoticePtr& notice : m_notices) {
         if (notice && notice->category() == noticeCategory)
             ++count;
     }
@@ -138,10 +140,89 @@ int NoticeListModel::getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory)
 
 void NoticeListModel::addNotice(VyrEngine::GatherNoticePtr notice)
 {
+    const VyrEngine::NoticeCategory category = notice->category();
+    if (m_batchDepth > 0) {
+        // Shown, and announced, when the batch ends.
+        m_notices.push_back(notice);
+        auto counted = std::find_if(m_batchAdded.begin(), m_batchAdded.end(),
+                                    [category](const auto& added) { return added.first == category; });
+        if (counted == m_batchAdded.end())
+            m_batchAdded.emplace_back(category, 1);
+        else
+            ++counted->second;
+        return;
+    }
     beginResetModel();
     m_notices.push_back(notice);
+    m_shownRows = int(m_notices.size());
     endResetModel();
-    emit popupNoticeListWidget(notice->category());
+    emitPopup(category, 1);
+}
+
+void NoticeListModel::emitPopup(VyrEngine::NoticeCategory category, int added)
+{
+    m_popupCategory = category;
+    m_popupCount = added;
+    emit popupNoticeListWidget(category);
+    m_popupCount = 0;
+}
+
+int NoticeListModel::batchAddedCount(VyrEngine::NoticeCategory noticeCategory) const
+{
+    return m_popupCount > 0 && m_popupCategory == noticeCategory ? m_popupCount : 0;
+}
+
+NoticeListModel::BatchScope::BatchScope(NoticeListModel* model)
+    : m_model(model)
+{
+    if (m_model)
+        m_model->beginBatch();
+}
+
+NoticeListModel::BatchScope::~BatchScope()
+{
+    if (m_model)
+        m_model->endBatch();
+}
+
+void NoticeListModel::beginBatch()
+{
+    ++m_batchDepth;
+}
+
+void NoticeListModel::endBatch()
+{
+    if (m_batchDepth == 0) {
+        qInfo() << "end of a batch that was never begun, ignored";
+        return;
+    }
+    if (--m_batchDepth == 0)
+        announceBatch();
+}
+
+bool NoticeListModel::isBatching() const
+{
+    return m_batchDepth > 0;
+}
+
+// The one reset of a batch and the signals its adds and updates owe the windows.
+void NoticeListModel::announceBatch()
+{
+    const bool rowsAdded = !m_batchAdded.empty();
+    if (!rowsAdded && !m_batchLessonUpdated)
+        return;
+    const std::vector<std::pair<VyrEngine::NoticeCategory, int>> added = std::move(m_batchAdded);
+    m_batchAdded.clear();
+    const bool lessonUpdated = m_batchLessonUpdated;
+    m_batchLessonUpdated = false;
+
+    beginResetModel();
+    m_shownRows = int(m_notices.size());
+    endResetModel();
+    for (const auto& category : added)
+        emitPopup(category.first, category.second);
+    if (lessonUpdated)
+        emit lessonNoticeUpdated();
 }
 
 void NoticeListModel::addContactorAddNotice()
@@ -239,19 +320,27 @@ void NoticeListModel::onLessonInfoArrived(VyrEngine::NoticeType type, quint64 le
                                           QSharedPointer<VyrEngine::LessonInfo> lessonInfo)
 {
     // One row per lesson: searched here, not at the call, so that two calls in
-    // quick succession also end in one row.
-    const std::vector<VyrEngine::GatherNoticePtr> notices = m_notices;
-    for (const VyrEngine::GatherNoticePtr& existing : notices) {
-        if (existing && existing->lessonId() == lessonId && existing->category() == VyrEngine::Lesson) {
+    // quick succession also end in one row. The search walks the list itself,
+    // not a copy: nothing changes it before the match is taken.
+    auto found = std::find_if(m_notices.begin(), m_notices.end(), [lessonId](const VyrEngine::GatherNoticePtr& notice) {
+        return notice && notice->lessonId() == lessonId && notice->category() == VyrEngine::Lesson;
+    });
+    if (found != m_notices.end()) {
+        const VyrEngine::GatherNoticePtr existing = *found;
+        const bool batching = m_batchDepth > 0;
+        if (!batching)
             beginResetModel();
-            // Any type is taken here, even one outside the lesson range.
-            existing->setType(type);
-            updateLessonNotice(lesson, lessonInfo, existing);
-            trackPushMessage(existing);
-            endResetModel();
-            emit lessonNoticeUpdated();
+        // Any type is taken here, even one outside the lesson range.
+        existing->setType(type);
+        updateLessonNotice(lesson, lessonInfo, existing);
+        trackPushMessage(existing);
+        if (batching) {
+            m_batchLessonUpdated = true;
             return;
         }
+        endResetModel();
+        emit lessonNoticeUpdated();
+        return;
     }
 
     VyrEngine::GatherNotice record(type);
@@ -313,20 +402,25 @@ void NoticeListModel::delNotice(const QModelIndex& index)
         qInfo() << "delete notice, index is invalid";
         return;
     }
-    if (index.row() < 0 || size_t(index.row()) >= m_notices.size()) {
-        qInfo() << "delete notice, index row abnormal, row:" << index.row() << "notice size:" << m_notices.size();
+    if (index.row() < 0 || index.row() >= m_shownRows) {
+        qInfo() << "delete notice, index row abnormal, row:" << index.row() << "notice size:" << m_shownRows;
         return;
     }
+    // What the batch has so far is announced first; the row keeps its place.
+    announceBatch();
     beginResetModel();
     auto it = m_notices.begin() + index.row();
     const VyrEngine::NoticeCategory category = *it ? (*it)->category() : VyrEngine::Activity;
     m_notices.erase(it);
+    m_shownRows = int(m_notices.size());
     endResetModel();
     emit removeNoticeListItem(category);
 }
 
 void NoticeListModel::delNotice(const QString& noticeId)
 {
+    // What the batch has so far is announced first, as the single adds would have been.
+    announceBatch();
     // Carries no meaning when nothing matches; the signal goes out all the same.
     VyrEngine::NoticeCategory category = VyrEngine::Activity;
     beginResetModel();
@@ -337,12 +431,15 @@ void NoticeListModel::delNotice(const QString& noticeId)
             break;
         }
     }
+    m_shownRows = int(m_notices.size());
     endResetModel();
     emit removeNoticeListItem(category);
 }
 
 void NoticeListModel::delNotice(VyrEngine::NoticeCategory noticeCategory)
 {
+    // What the batch has so far is announced first, as the single adds would have been.
+    announceBatch();
     // No signal: the callers are the window's close paths, which already told the host.
     beginResetModel();
     for (auto it = m_notices.begin(); it != m_notices.end();) {
@@ -351,6 +448,7 @@ void NoticeListModel::delNotice(VyrEngine::NoticeCategory noticeCategory)
         else
             ++it;
     }
+    m_shownRows = int(m_notices.size());
     endResetModel();
 }
 
@@ -361,8 +459,14 @@ NoticeListSortFilterModel::NoticeListSortFilterModel(NoticeListModel* sourceMode
 {
     connect(this, &QAbstractProxyModel::sourceModelChanged, this, [this]() {
         m_noticeSource = qobject_cast<const NoticeListModel*>(QSortFilterProxyModel::sourceModel());
+        m_noticeModel = m_noticeSource.data();
+        m_keysStale = true;
     });
+    // A sort without a filtering pass (a new sort role, say) reads the records afresh.
+    connect(this, &QAbstractItemModel::layoutAboutToBeChanged, this, [this]() { m_keysStale = true; });
     setSourceModel(sourceModel);
+    if (sourceModel)
+        connect(sourceModel, &QAbstractItemModel::modelAboutToBeReset, this, [this]() { m_keysStale = true; });
     setSortRole(Qt::UserRole);
     setDynamicSortFilter(true);
     sort(0, Qt::DescendingOrder);
@@ -375,16 +479,39 @@ QVariant NoticeListSortFilterModel::data(const QModelIndex& index, int role) con
     return QSortFilterProxyModel::data(index, role);
 }
 
-// Filtering and sorting run over every row on every reset of the list, so the
-// notice model's records are read directly. Any other source model is read
-// through its data(), as a view would.
-bool NoticeListSortFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
+const NoticeListModel* NoticeListSortFilterModel::noticeSource() const
 {
     const NoticeListModel* notices = m_noticeSource.data();
-    if (notices && notices == sourceModel()) {
+    return notices && notices == sourceModel() ? notices : nullptr;
+}
+
+void NoticeListSortFilterModel::refreshKeys() const
+{
+    const NoticeListModel* notices = noticeSource();
+    const int rows = notices ? notices->m_shownRows : 0;
+    m_keys.resize(size_t(rows));
+    for (int row = 0; row < rows; ++row) {
+        const VyrEngine::GatherNotice* notice = notices->m_notices[size_t(row)].get();
+        m_keys[size_t(row)] = notice ? RowKey{notice->time(), true, notice->category() == m_noticeCategory}
+                                     : RowKey{0, false, false};
+    }
+    m_keysStale = false;
+}
+
+// Filtering and sorting run over every row on every reset of the list, so the
+// notice model's records are read directly, once per pass: a pass of Qt's
+// filter always starts at row 0, and a sort of its own announces itself by
+// layoutAboutToBeChanged(). Any other source model is read through its
+// data(), as a view would.
+bool NoticeListSortFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
+{
+    if (noticeSource()) {
         // A flat list: no row has a parent.
-        const VyrEngine::GatherNotice* notice = sourceParent.isValid() ? nullptr : notices->noticeAt(sourceRow);
-        return notice && notice->category() == m_noticeCategory;
+        if (sourceParent.isValid())
+            return false;
+        if (sourceRow == 0 || m_keysStale || size_t(sourceRow) >= m_keys.size())
+            refreshKeys();
+        return sourceRow >= 0 && size_t(sourceRow) < m_keys.size() && m_keys[size_t(sourceRow)].accepted;
     }
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
     const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
@@ -395,11 +522,18 @@ bool NoticeListSortFilterModel::lessThan(const QModelIndex& left, const QModelIn
 {
     if (!left.isValid() || !right.isValid())
         return false;
-    const NoticeListModel* notices = m_noticeSource.data();
-    if (notices && left.model() == notices && right.model() == notices) {
-        const VyrEngine::GatherNotice* leftNotice = notices->noticeAt(left.row());
-        const VyrEngine::GatherNotice* rightNotice = notices->noticeAt(right.row());
-        return leftNotice && rightNotice && leftNotice->time() < rightNotice->time();
+    // Indexes of the notice model prove it alive; no look-up through the proxy per comparison.
+    const QAbstractItemModel* model = left.model();
+    if (model && model == m_noticeModel && right.model() == model) {
+        if (m_keysStale)
+            refreshKeys();
+        const size_t leftRow = size_t(left.row());
+        const size_t rightRow = size_t(right.row());
+        if (leftRow >= m_keys.size() || rightRow >= m_keys.size())
+            return false;
+        const RowKey& leftKey = m_keys[leftRow];
+        const RowKey& rightKey = m_keys[rightRow];
+        return leftKey.present && rightKey.present && leftKey.time < rightKey.time;
     }
     const auto leftNotice = left.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
     const auto rightNotice = right.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();

@@ -57,8 +57,62 @@ public:
     /** Rows are never edited through the model: changes nothing, returns false. */
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
-    /** How many notices of @p noticeCategory the whole list holds. */
+    /**
+     * How many notices of @p noticeCategory the whole list holds, rows that
+     * an open batch has taken in included.
+     */
     int getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory);
+
+    /**
+     * Takes many notices in as one change, e.g. the hundreds that arrive at
+     * log-in. While a scope lives, every intake (also a lesson or report
+     * look-up that completes inside it) works as usual: the same rows in the
+     * same order, the same lesson de-duplication, the same "PushSend" events
+     * at the same moments. Only the model's reset and the window signals wait
+     * for the end of the outermost scope; the item model (rowCount(), data(),
+     * the windows) keeps showing the list as it stood before.
+     *
+     * At that end, if anything changed, the model resets once and emits, in
+     * this order: popupNoticeListWidget() once for each category that got
+     * new rows (the category of the first new row first), while
+     * batchAddedCount() tells how many it got, then lessonNoticeUpdated() once
+     * if any lesson row was updated in place. A window sized from that one
+     * signal (adjustListHeight(0) in the handler, as for a single add) ends as
+     * high as after the single adds. A batch that changed nothing ends with
+     * no reset and no signal.
+     *
+     * A removal inside a batch first ends what the batch has so far (its
+     * reset and signals, as above), then removes as it does outside one, with
+     * its own reset and signal; the batch goes on after it.
+     *
+     * Scopes nest; only the outermost one's end counts. Outliving the model
+     * (release()) is harmless. GUI thread only, like every intake.
+     */
+    class VYRNOTICE_EXPORT BatchScope
+    {
+    public:
+        explicit BatchScope(NoticeListModel* model = NoticeListModel::instance());
+        ~BatchScope();
+        BatchScope(const BatchScope&) = delete;
+        BatchScope& operator=(const BatchScope&) = delete;
+
+    private:
+        QPointer<NoticeListModel> m_model;
+    };
+
+    /** The same as a BatchScope's start: nests, and needs its endBatch(). */
+    void beginBatch();
+    /** The same as a BatchScope's end; one without a beginBatch() is logged and ignored. */
+    void endBatch();
+    /** True while a batch is open. */
+    bool isBatching() const;
+    /**
+     * While popupNoticeListWidget(@p noticeCategory) is being emitted: how
+     * many notices of that category it stands for, 1 for a single add, more
+     * at the end of a batch. 0 at any other time. NoticeListWidget reads it
+     * to grow as the single adds would have made it grow.
+     */
+    int batchAddedCount(VyrEngine::NoticeCategory noticeCategory) const;
 
     /**
      * Takes in a lesson event: @p type is LessonAhead, LessonPrepare or
@@ -152,14 +206,16 @@ private:
     explicit NoticeListModel(QObject* parent);
     void init();
 
-    // The record of a row, or null: what the window's proxy filters and sorts
-    // on, read without wrapping a shared pointer in a QVariant each time.
+    // The record of a shown row, or null: what the window's proxy filters and
+    // sorts on, read without wrapping a shared pointer in a QVariant each time.
     const VyrEngine::GatherNotice* noticeAt(int row) const
     {
-        return row >= 0 && size_t(row) < m_notices.size() ? m_notices[size_t(row)].get() : nullptr;
+        return row >= 0 && row < m_shownRows ? m_notices[size_t(row)].get() : nullptr;
     }
 
     void addNotice(VyrEngine::GatherNoticePtr notice);
+    void announceBatch();
+    void emitPopup(VyrEngine::NoticeCategory category, int added);
     void onLessonInfoArrived(VyrEngine::NoticeType type, quint64 lessonId,
                              const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
                              QSharedPointer<VyrEngine::LessonInfo> lessonInfo);
@@ -171,6 +227,16 @@ private:
 
     static NoticeListModel* m_pInstance;
     std::vector<VyrEngine::GatherNoticePtr> m_notices;
+    // Rows the item model shows: all of m_notices but inside a batch.
+    int m_shownRows = 0;
+    int m_batchDepth = 0;
+    // What an open batch owes the windows: new rows by category, in the
+    // order the categories first came, and whether a lesson row changed.
+    std::vector<std::pair<VyrEngine::NoticeCategory, int>> m_batchAdded;
+    bool m_batchLessonUpdated = false;
+    // The category and count of the popupNoticeListWidget() being emitted.
+    VyrEngine::NoticeCategory m_popupCategory = VyrEngine::Activity;
+    int m_popupCount = 0;
 };
 
 // The rows of one category, newest first. Sorting is dynamic, so every reset
@@ -189,7 +255,23 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
+    const NoticeListModel* noticeSource() const;
+    void refreshKeys() const;
+
     VyrEngine::NoticeCategory m_noticeCategory;
     // The source when it is the notice model, whose records are then read directly.
     QPointer<const NoticeListModel> m_noticeSource;
+    // The same, only compared with an index's model: never read through.
+    const NoticeListModel* m_noticeModel = nullptr;
+    // Each source row's time and whether it is of this category, read from
+    // the records once per filtering pass or sort, so that the n log n
+    // comparisons of a sort touch one small array and no record.
+    struct RowKey
+    {
+        quint32 time;
+        bool present;
+        bool accepted;
+    };
+    mutable std::vector<RowKey> m_keys;
+    mutable bool m_keysStale = true;
 };

@@ -228,11 +228,8 @@ void NoticeListWidget::adjustListHeight(int change)
         if (!isVisible())
             m_isPosChanged = false;
         restartHoldTime();
-        const int rowCount = m_sortFilterModel->rowCount();
-        const int mostRows = qCeil(m_maxVisibleItems);
-        if (rowCount > mostRows)
+        if (!growForAddedRows())
             return;
-        m_listHeight += rowCount == mostRows ? kHalfRowHeight : kRowHeight;
     } else if (change == 1) {
         const int rowCount = m_sortFilterModel->rowCount();
         if (double(rowCount) >= m_maxVisibleItems)
@@ -252,6 +249,28 @@ void NoticeListWidget::adjustListHeight(int change)
     // Sizing never moves the window: its top left corner stays.
     m_listView->setFixedHeight(m_listHeight);
     setFixedHeight(s_shadowMargins.top() + s_shadowMargins.bottom() + kChromeHeight + m_listHeight);
+}
+
+bool NoticeListWidget::growForAddedRows()
+{
+    const int rowCount = m_sortFilterModel->rowCount();
+    const int mostRows = qCeil(m_maxVisibleItems);
+    const auto* notices = qobject_cast<const NoticeListModel*>(m_sortFilterModel->sourceModel());
+    const int added = notices ? notices->batchAddedCount(m_noticeCategory) : 0;
+    if (added <= 1) {
+        if (rowCount > mostRows)
+            return false;
+        m_listHeight += rowCount == mostRows ? kHalfRowHeight : kRowHeight;
+        return true;
+    }
+    // The end of a batch announces its rows at once: grow through every count
+    // the single adds would have passed, as they would have grown it.
+    bool grown = false;
+    for (int count = qMax(1, rowCount - added + 1); count <= qMin(rowCount, mostRows); ++count) {
+        m_listHeight += count == mostRows ? kHalfRowHeight : kRowHeight;
+        grown = true;
+    }
+    return grown;
 }
 
 QSize NoticeListWidget::getContentWidgetSize()

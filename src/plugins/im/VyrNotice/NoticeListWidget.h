@@ -203,6 +203,7 @@ private:
     void trackClickPushMessage(QMap<QString, QVariant>& data);
 
     void restartHoldTime();
+    bool growForAddedRows();
     void emitViewDetails(const VyrEngine::GatherNoticePtr& notice);
     QSize windowSizeFor(const QSize& contentSize) const;
     QPropertyAnimation* restartAnimation(QPropertyAnimation*& animation, const char* objectName,
