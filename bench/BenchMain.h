@@ -69,7 +69,7 @@ inline double printRatio(const MedianReporter& reporter, const std::string& labe
     const double base = seconds(reporter, baseline);
     if (ours < 0 || base <= 0)
         return -1.0;
-    std::printf("ratio  %-52s %12s  baseline %12s  x%.2f\n", label.c_str(), readable(ours).c_str(),
+    std::printf("ratio  %-64s %12s  baseline %12s  x%.2f\n", label.c_str(), readable(ours).c_str(),
                 readable(base).c_str(), ours / base);
     return ours / base;
 }
@@ -117,7 +117,7 @@ inline double printGrowthExponent(const MedianReporter& reporter, const std::str
     }
     const double exponent = growthExponent(xs, ys);
     if (!std::isnan(exponent))
-        std::printf("growth %-52s exponent %.2f over n = %s\n", label.c_str(), exponent, over.c_str());
+        std::printf("growth %-64s exponent %.2f over n = %s\n", label.c_str(), exponent, over.c_str());
     return exponent;
 }
 

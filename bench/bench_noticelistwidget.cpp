@@ -178,11 +178,13 @@ void setUp()
 
 void printRatios(const MedianReporter& reporter)
 {
-    for (const char* step : {"Show", "Repaint", "Fade"}) {
+    const std::vector<std::pair<std::string, std::string>> steps = {
+        {"Show", "show"}, {"Repaint", "repaint"}, {"Fade", "fade-in, 30 frames"}};
+    for (const auto& step : steps) {
         for (int size : kSizes) {
             const std::string n = "/" + std::to_string(size);
-            VyrBench::printRatio(reporter, std::string("window ") + step + ", " + std::to_string(size) + " notices",
-                                 std::string("BM_Window") + step + n, std::string("BM_Baseline") + step + n);
+            VyrBench::printRatio(reporter, "window " + step.second + ", " + std::to_string(size) + " notices",
+                                 "BM_Window" + step.first + n, "BM_Baseline" + step.first + n);
         }
     }
     VyrBench::printGrowthExponent(reporter, "window repaint over notices", "BM_WindowRepaint", kSizes);

@@ -153,7 +153,7 @@ struct Popup
 {
     const char* key;
     const char* label;
-    std::function<PopNoticeBaseWidget*()> card; // null for the certification reminder
+    PopNoticeBaseWidget* (*card)(); // null for the certification reminder
     QSize size;
     VyrBench::CardTexts texts;
 };
