@@ -30,9 +30,9 @@ results="$build/bench-results"
 mkdir -p "$results"
 for program in "${programs[@]}"; do
   echo "== $program"
-  args=(--benchmark_repetitions="$repetitions" --benchmark_report_aggregates_only=true)
+  args=(--benchmark_repetitions="$repetitions" --benchmark_report_aggregates_only=true --benchmark_color=false)
   # The hostile cases set their own repetitions, one pass each.
-  [ "$program" = bench_hostile ] && args=()
+  [ "$program" = bench_hostile ] && args=(--benchmark_color=false)
   # shellcheck disable=SC2086
   "$build/bench/$program" "${args[@]}" ${BENCH_ARGS:-} | tee "$results/$program.txt"
 done
