@@ -86,6 +86,28 @@ public:
         m_model.appendRow(item);
     }
 
+    // A group row of `headerHeight` holding `children` (a tree's day group);
+    // it sorts by its newest child. A QTreeView shows it expanded.
+    void appendGroup(const QString& title, const QVector<BaselineRow>& children, int headerHeight)
+    {
+        auto* group = new QStandardItem(title);
+        group->setSizeHint(QSize(m_size.width(), headerHeight));
+        group->setEditable(false);
+        qint64 newest = 0;
+        for (const BaselineRow& row : children) {
+            auto* item = new QStandardItem(row.text);
+            item->setData(row.time, kTimeRole);
+            item->setSizeHint(QSize(m_size.width(), m_rowHeight));
+            item->setEditable(false);
+            group->appendRow(item);
+            newest = qMax(newest, row.time);
+        }
+        group->setData(newest, kTimeRole);
+        m_model.appendRow(group);
+        if (auto* tree = qobject_cast<QTreeView*>(m_view.get()))
+            tree->expand(m_proxy.mapFromSource(group->index()));
+    }
+
     // The whole view painted, as the backing store would get it.
     void repaint(QImage* canvas) { m_view->render(canvas); }
 
