@@ -26,15 +26,22 @@ public:
             if (median || (run.run_type == Run::RT_Iteration && !m_fromMedian.count(name))) {
                 m_cpu[name] = run.GetAdjustedCPUTime();
                 m_real[name] = run.GetAdjustedRealTime();
+                m_units[name] = benchmark::GetTimeUnitString(run.time_unit);
+                m_perSecond[name] = benchmark::GetTimeUnitMultiplier(run.time_unit);
             }
         }
     }
 
     const std::map<std::string, double>& cpuTimes() const { return m_cpu; }
     const std::map<std::string, double>& realTimes() const { return m_real; }
+    const std::map<std::string, std::string>& units() const { return m_units; }
+    // How many of the benchmark's time unit make a second (1e6 for microseconds).
+    const std::map<std::string, double>& perSecond() const { return m_perSecond; }
 
 private:
     std::set<std::string> m_fromMedian;
     std::map<std::string, double> m_cpu;
     std::map<std::string, double> m_real;
+    std::map<std::string, std::string> m_units;
+    std::map<std::string, double> m_perSecond;
 };

@@ -10,10 +10,8 @@
 // Run: QT_QPA_PLATFORM=offscreen build-bench/bench/bench_hostile
 
 #include "HostileCases.h"
-#include "MedianReporter.h"
+#include "BenchMain.h"
 
-#include <QApplication>
-#include <QTranslator>
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -78,20 +76,15 @@ private:
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    // Quiet: every refused input writes its log line, thousands of times here.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QApplication::installTranslator(&translator);
+namespace {
 
+std::vector<HostileCases::Case> g_cases;
+
+void setUp()
+{
     HostileCases::setUp();
-    const std::vector<HostileCases::Case> cases = HostileCases::all();
-    for (const HostileCases::Case& c : cases) {
+    g_cases = HostileCases::all();
+    for (const HostileCases::Case& c : g_cases) {
         for (bool hostile : {false, true}) {
             benchmark::RegisterBenchmark((c.name + (hostile ? "/hostile" : "/ordinary")).c_str(), runCase, &c,
                                          hostile)
@@ -102,10 +95,15 @@ int main(int argc, char** argv)
                 ->UseRealTime();
         }
     }
-    benchmark::Initialize(&argc, argv);
-    HostileReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printTable(cases);
-    HostileCases::tearDown();
-    return 0;
 }
+
+void printTable(const HostileReporter& reporter)
+{
+    reporter.printTable(g_cases);
+    HostileCases::tearDown();
+}
+
+} // namespace
+
+// Every refused input writes its log line, thousands of times here: the shared main keeps them quiet.
+VYR_BENCH_MAIN_REPORTER(HostileReporter, setUp, printTable)

@@ -1,41 +1,71 @@
-// The gathered notice window: a notice arrives (adjustListHeight(0)) and the
-// whole window repaints (its widget tree rendered into an image, as the
-// backing store would get it), at 1, 4, 50 and 1,000 notices. Each figure is
-// also given against a baseline measured in the same run: the repaint of an
-// empty QWidget of the same size, which only fills its background.
+// The gathered notice window holding N notices (N = 10, 100, 1,000; friend
+// requests and cluster notices in turn):
+//  - show: the window built on the filled model, sized, popped, laid out and
+//    painted once (its whole widget tree rendered, as the backing store gets it);
+//  - repaint: the shown window painted again;
+//  - fade: the 500 ms fade-in as 30 frames of 60 Hz, each an opacity step and
+//    a full repaint.
+// The baseline of each, in the same run: a shown QListView of the window's size
+// on QStandardItemModel + QSortFilterProxyModel (newest first) with the same
+// rows at the same row height, painted by a plain QStyledItemDelegate, doing
+// the same steps. The program prints the ratios and the growth exponent of the
+// repaint over N.
 //
-// Run: QT_QPA_PLATFORM=offscreen build/bench/bench_noticelistwidget
+// Run: QT_QPA_PLATFORM=offscreen build-rel/bench/bench_noticelistwidget --benchmark_repetitions=3
 
+#include "BaselineViews.h"
+#include "BenchMain.h"
+
+#include "ContactsEngine.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
-#include "ScreenCornerOverride_p.h"
+#include "VyrTrack.h"
 
-#include <QApplication>
-#include <QImage>
 #include <QPropertyAnimation>
-#include <QTranslator>
-#include <benchmark/benchmark.h>
-#include <cstdio>
-#include <map>
+
 #include <memory>
 
 namespace {
 
-constexpr int kIterations = 300;
+constexpr int kIterations = 100;
+constexpr int kFadeFrames = 30;
+constexpr int kFadeMs = 500;
+// A gathered row's height.
+constexpr int kRowHeight = 88;
+constexpr quint64 kClusterId = 500;
+const std::vector<int> kSizes = {10, 100, 1000};
 
-// A window that has taken `count` notices one by one, as a host feeds it, shown and done fading in.
-std::unique_ptr<NoticeListWidget> openWindow(int count)
+const QString kClusterText = QStringLiteral("Bring your textbooks and a calculator tomorrow, we start chapter 3");
+const QString kFriendText = QStringLiteral("Friend request: someone asks to add you as a contact");
+
+// The model holds `count` notices of the Activity window, as many adds of the host left it.
+void fillModel(int count)
 {
     NoticeListModel* model = NoticeListModel::instance();
     model->delNotice(VyrEngine::Activity);
-    std::unique_ptr<NoticeListWidget> window(new NoticeListWidget(VyrEngine::Activity));
     for (int i = 0; i < count; ++i) {
-        model->addContactorAddNotice();
-        window->adjustListHeight(0);
+        if (i % 2)
+            model->addClusterNoticeRemindNotice(kClusterText, quint64(100 + i), kClusterId, 5);
+        else
+            model->addContactorAddNotice();
     }
-    window->popNoticeListWidget(0);
+    VyrTrack::instance()->clearEvents();
+}
+
+// Every running animation of the window run to its end, as if its time had passed.
+void finishAnimations(QWidget* window)
+{
     for (auto* animation : window->findChildren<QPropertyAnimation*>())
         animation->setCurrentTime(animation->duration());
+}
+
+// The window shown on the filled model, as the host shows it after an add.
+std::unique_ptr<NoticeListWidget> showWindow()
+{
+    std::unique_ptr<NoticeListWidget> window(new NoticeListWidget(VyrEngine::Activity));
+    window->adjustListHeight(0);
+    window->popNoticeListWidget(0);
+    finishAnimations(window.get());
     QCoreApplication::processEvents();
     return window;
 }
@@ -47,95 +77,121 @@ QImage canvasFor(const QWidget* widget)
     return image;
 }
 
-void BM_WindowNoticeArrives(benchmark::State& state)
+std::unique_ptr<VyrBench::BaselineView> baselineFor(int count, QSize size)
 {
-    const int count = int(state.range(0));
-    std::unique_ptr<NoticeListWidget> window = openWindow(count);
+    return std::make_unique<VyrBench::BaselineView>(VyrBench::BaselineView::List,
+                                                    VyrBench::baselineRows(count, {kFriendText, kClusterText}), size,
+                                                    kRowHeight);
+}
+
+// The window's size at `count` notices.
+QSize windowSize(int count)
+{
+    fillModel(count);
+    return showWindow()->size();
+}
+
+void BM_WindowShow(benchmark::State& state)
+{
+    fillModel(int(state.range(0)));
+    QImage canvas = canvasFor(showWindow().get());
+    for (auto _ : state) {
+        std::unique_ptr<NoticeListWidget> window = showWindow();
+        window->render(&canvas);
+    }
+}
+
+void BM_BaselineShow(benchmark::State& state)
+{
+    auto baseline = baselineFor(int(state.range(0)), windowSize(int(state.range(0))));
+    QImage canvas = canvasFor(baseline->view());
+    for (auto _ : state) {
+        std::unique_ptr<QAbstractItemView> view = baseline->makeShownView();
+        view->render(&canvas);
+    }
+}
+
+void BM_WindowRepaint(benchmark::State& state)
+{
+    fillModel(int(state.range(0)));
+    std::unique_ptr<NoticeListWidget> window = showWindow();
+    QImage canvas = canvasFor(window.get());
+    for (auto _ : state)
+        window->render(&canvas);
+}
+
+void BM_BaselineRepaint(benchmark::State& state)
+{
+    auto baseline = baselineFor(int(state.range(0)), windowSize(int(state.range(0))));
+    QImage canvas = canvasFor(baseline->view());
+    for (auto _ : state)
+        baseline->repaint(&canvas);
+}
+
+void BM_WindowFade(benchmark::State& state)
+{
+    fillModel(int(state.range(0)));
+    std::unique_ptr<NoticeListWidget> window = showWindow();
     QImage canvas = canvasFor(window.get());
     for (auto _ : state) {
-        window->adjustListHeight(0);
-        window->render(&canvas);
-        // Up to four rows each arrival grows the window: start the next round from the same height.
-        if (count <= 4) {
-            state.PauseTiming();
-            window = openWindow(count);
-            state.ResumeTiming();
+        window->popNoticeListWidget(0);
+        auto* fade = window->findChild<QPropertyAnimation*>(QStringLiteral("m_popAnimation"));
+        for (int frame = 1; frame <= kFadeFrames && fade; ++frame) {
+            // The last frame ends the animation, which then deletes itself.
+            fade->setCurrentTime(frame * kFadeMs / kFadeFrames);
+            window->render(&canvas);
         }
     }
-    state.counters["height"] = window->height();
 }
 
-void BM_BaselineEmptyWidgetRepaint(benchmark::State& state)
+void BM_BaselineFade(benchmark::State& state)
 {
-    const int count = int(state.range(0));
-    const int height = openWindow(count)->height();
-    QWidget widget(nullptr, Qt::FramelessWindowHint | Qt::Tool | Qt::WindowStaysOnTopHint);
-    widget.setAutoFillBackground(true);
-    widget.setFixedSize(424, height);
-    widget.show();
-    QCoreApplication::processEvents();
-    QImage canvas = canvasFor(&widget);
-    for (auto _ : state)
-        widget.render(&canvas);
-    state.counters["height"] = height;
-}
-
-BENCHMARK(BM_WindowNoticeArrives)->Arg(1)->Arg(4)->Arg(50)->Arg(1000)->Iterations(kIterations)
-    ->Unit(benchmark::kMicrosecond);
-BENCHMARK(BM_BaselineEmptyWidgetRepaint)->Arg(1)->Arg(4)->Arg(50)->Arg(1000)->Iterations(kIterations)
-    ->Unit(benchmark::kMicrosecond);
-
-// Keeps each run's time per iteration, to print the ratios at the end.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            m_microseconds[run.benchmark_name()] = run.GetAdjustedRealTime();
-    }
-
-    void printRatios() const
-    {
-        std::printf("\n| notices | window (us) | empty widget (us) | ratio | share of a 60 Hz frame |\n");
-        std::printf("|---:|---:|---:|---:|---:|\n");
-        for (int count : {1, 4, 50, 1000}) {
-            const double window = value("BM_WindowNoticeArrives", count);
-            const double baseline = value("BM_BaselineEmptyWidgetRepaint", count);
-            std::printf("| %d | %.1f | %.1f | %.2f | %.1f%% |\n", count, window, baseline,
-                        baseline > 0 ? window / baseline : 0.0, window / (1e6 / 60.0) * 100.0);
+    auto baseline = baselineFor(int(state.range(0)), windowSize(int(state.range(0))));
+    QWidget* view = baseline->view();
+    QImage canvas = canvasFor(view);
+    for (auto _ : state) {
+        for (int frame = 1; frame <= kFadeFrames; ++frame) {
+            view->setWindowOpacity(double(frame) / kFadeFrames);
+            view->render(&canvas);
         }
     }
+}
 
-private:
-    double value(const char* name, int count) const
-    {
-        const std::string key = std::string(name) + "/" + std::to_string(count) + "/iterations:" +
-                                std::to_string(kIterations);
-        auto it = m_microseconds.find(key);
-        return it == m_microseconds.end() ? 0.0 : it->second;
+void sizes(benchmark::internal::Benchmark* benchmark)
+{
+    for (int size : kSizes)
+        benchmark->Arg(size);
+    benchmark->Iterations(kIterations)->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(BM_WindowShow)->Apply(sizes);
+BENCHMARK(BM_BaselineShow)->Apply(sizes);
+BENCHMARK(BM_WindowRepaint)->Apply(sizes);
+BENCHMARK(BM_BaselineRepaint)->Apply(sizes);
+BENCHMARK(BM_WindowFade)->Apply(sizes);
+BENCHMARK(BM_BaselineFade)->Apply(sizes);
+
+void setUp()
+{
+    VyrEngine::ContactsEngine::instance()->putCluster(kClusterId, QStringLiteral("Class 3A"));
+}
+
+void printRatios(const MedianReporter& reporter)
+{
+    const std::vector<std::pair<std::string, std::string>> steps = {
+        {"Show", "show"}, {"Repaint", "repaint"}, {"Fade", "fade-in, 30 frames"}};
+    for (const auto& step : steps) {
+        for (int size : kSizes) {
+            const std::string n = "/" + std::to_string(size);
+            VyrBench::printRatio(reporter, "window " + step.second + ", " + std::to_string(size) + " notices",
+                                 "BM_Window" + step.first + n, "BM_Baseline" + step.first + n);
+        }
     }
-
-    std::map<std::string, double> m_microseconds;
-};
+    VyrBench::printGrowthExponent(reporter, "window repaint over notices", "BM_WindowRepaint", kSizes);
+    VyrBench::printGrowthExponent(reporter, "baseline repaint over rows", "BM_BaselineRepaint", kSizes);
+    VyrBench::printGrowthExponent(reporter, "window show over notices", "BM_WindowShow", kSizes);
+}
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    // Quiet: the window logs each adjustment.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QApplication::installTranslator(&translator);
-    ScreenCornerOverride::set({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    return 0;
-}
+VYR_BENCH_MAIN_SETUP(setUp, printRatios)
