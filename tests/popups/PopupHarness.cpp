@@ -6,6 +6,8 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPropertyAnimation>
+#include <QPushButton>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
 
@@ -53,6 +55,26 @@ QToolButton* closeButton(QWidget* window)
 QLabel* titleLabel(QWidget* window)
 {
     return window->findChild<QLabel*>(QStringLiteral("titleLabel"));
+}
+
+QLabel* label(QWidget* window, const char* name)
+{
+    return window->findChild<QLabel*>(QLatin1String(name));
+}
+
+QPushButton* button(QWidget* window, const char* name)
+{
+    return window->findChild<QPushButton*>(QLatin1String(name));
+}
+
+QTextBrowser* browser(QWidget* window, const char* name)
+{
+    return window->findChild<QTextBrowser*>(QLatin1String(name));
+}
+
+QWidget* contentWidget(QWidget* window)
+{
+    return window->findChild<QWidget*>(QStringLiteral("contentWidget"));
 }
 
 void finish(QPropertyAnimation* animation)

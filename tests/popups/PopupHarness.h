@@ -11,6 +11,8 @@ class QPropertyAnimation;
 class QTimer;
 class QToolButton;
 class QLabel;
+class QPushButton;
+class QTextBrowser;
 
 // Test-side access to single pop-ups, through their public operations, their
 // named children and the protected members a subclass reaches.
@@ -27,6 +29,12 @@ QTimer* closeTimer(QWidget* window);
 QList<QTimer*> closeTimers(QWidget* window);
 QToolButton* closeButton(QWidget* window);
 QLabel* titleLabel(QWidget* window);
+// The named parts of a card, anywhere below the window; null when there is none.
+QLabel* label(QWidget* window, const char* name);
+QPushButton* button(QWidget* window, const char* name);
+QTextBrowser* browser(QWidget* window, const char* name = "m_contentBrowser");
+// The panel under the title row that a card fills.
+QWidget* contentWidget(QWidget* window);
 // Runs an animation to its end now, as if its 500 ms had passed.
 void finish(QPropertyAnimation* animation);
 // Runs the deletions that closing scheduled.

@@ -23,20 +23,10 @@ namespace {
 
 const QString kScene = QStringLiteral("添加好友申请");
 
-QLabel* label(QWidget* window, const char* name)
-{
-    return window->findChild<QLabel*>(QLatin1String(name));
-}
-
-QWidget* content(QWidget* window)
-{
-    return window->findChild<QWidget*>(QStringLiteral("contentWidget"));
-}
-
 // The content panel where the screen shows it, in the window's coordinates.
 QRect drawnPanel(QWidget* window)
 {
-    QWidget* panel = content(window);
+    QWidget* panel = H::contentWidget(window);
     return QRect(panel->mapTo(window, QPoint(0, 0)), panel->size());
 }
 
@@ -182,14 +172,14 @@ void TestFriendRequestNotice::sizeAndTexts()
     QCOMPARE(m_window->minimumSize(), QSize(297, 107));
     QCOMPARE(m_window->maximumSize(), QSize(297, 107));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("New Message"));
-    QCOMPARE(label(m_window, "nameLabel")->text(), QStringLiteral("Friend request"));
-    QCOMPARE(label(m_window, "countLabel")->text(), QStringLiteral("1"));
-    QCOMPARE(label(m_window, "nameLabel")->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
-    QCOMPARE(label(m_window, "countLabel")->property("PropertyStyle").toString(),
+    QCOMPARE(H::label(m_window, "nameLabel")->text(), QStringLiteral("Friend request"));
+    QCOMPARE(H::label(m_window, "countLabel")->text(), QStringLiteral("1"));
+    QCOMPARE(H::label(m_window, "nameLabel")->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(H::label(m_window, "countLabel")->property("PropertyStyle").toString(),
              QStringLiteral("QLabel_MessageTitle"));
-    QCOMPARE(label(m_window, "nameLabel")->font().pixelSize(), 14);
-    QCOMPARE(label(m_window, "countLabel")->font().weight(), int(QFont::Medium));
-    QLabel* icon = label(m_window, "iconLabel");
+    QCOMPARE(H::label(m_window, "nameLabel")->font().pixelSize(), 14);
+    QCOMPARE(H::label(m_window, "countLabel")->font().weight(), int(QFont::Medium));
+    QLabel* icon = H::label(m_window, "iconLabel");
     QCOMPARE(icon->size(), QSize(20, 20));
     const QPixmap pixmap = icon->pixmap(Qt::ReturnByValue);
     QVERIFY(!pixmap.isNull());
@@ -206,7 +196,7 @@ void TestFriendRequestNotice::countIsAlwaysOne()
         windows.last()->popNotice();
     }
     for (const QPointer<FriendRequestNotice>& window : windows)
-        QCOMPARE(label(window, "countLabel")->text(), QStringLiteral("1"));
+        QCOMPARE(H::label(window, "countLabel")->text(), QStringLiteral("1"));
     // Intended: the class adds one signal and no way to change the count.
     const QMetaObject* meta = &FriendRequestNotice::staticMetaObject;
     QCOMPARE(meta->methodCount() - meta->superClass()->methodCount(), 1);
@@ -220,22 +210,22 @@ void TestFriendRequestNotice::countIsAlwaysOne()
 void TestFriendRequestNotice::layoutOfContent()
 {
     open();
-    QLayout* layout = content(m_window)->layout();
+    QLayout* layout = H::contentWidget(m_window)->layout();
     QVERIFY(qobject_cast<QHBoxLayout*>(layout));
     QCOMPARE(layout->contentsMargins(), QMargins(35, 13, 35, 13));
     QCOMPARE(layout->spacing(), 0);
     QCOMPARE(layout->count(), 5);
-    QCOMPARE(layout->itemAt(0)->widget(), label(m_window, "iconLabel"));
+    QCOMPARE(layout->itemAt(0)->widget(), H::label(m_window, "iconLabel"));
     QCOMPARE(layout->itemAt(1)->spacerItem()->sizeHint().width(), 12);
-    QCOMPARE(layout->itemAt(2)->widget(), label(m_window, "nameLabel"));
+    QCOMPARE(layout->itemAt(2)->widget(), H::label(m_window, "nameLabel"));
     QVERIFY(layout->itemAt(3)->spacerItem());
-    QCOMPARE(layout->itemAt(4)->widget(), label(m_window, "countLabel"));
+    QCOMPARE(layout->itemAt(4)->widget(), H::label(m_window, "countLabel"));
     // The panel under the 30-pixel title, inside the shadow.
     QCOMPARE(drawnPanel(m_window), QRect(10, 40, 277, 57));
-    const QRect icon = rectOf(m_window, label(m_window, "iconLabel"));
+    const QRect icon = rectOf(m_window, H::label(m_window, "iconLabel"));
     QCOMPARE(icon.left(), 10 + 35);
-    QCOMPARE(rectOf(m_window, label(m_window, "nameLabel")).left(), icon.right() + 1 + 12);
-    QCOMPARE(rectOf(m_window, label(m_window, "countLabel")).right(), 286 - 35);
+    QCOMPARE(rectOf(m_window, H::label(m_window, "nameLabel")).left(), icon.right() + 1 + 12);
+    QCOMPARE(rectOf(m_window, H::label(m_window, "countLabel")).right(), 286 - 35);
 }
 
 // Clicks at the drawn panel's four edges: the hit area is the panel moved 10 pixels up and left.
@@ -372,8 +362,8 @@ void TestFriendRequestNotice::chineseTexts()
     QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
     open();
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("新消息"));
-    QCOMPARE(label(m_window, "nameLabel")->text(), QStringLiteral("好友申请"));
-    QCOMPARE(label(m_window, "countLabel")->text(), QStringLiteral("1"));
+    QCOMPARE(H::label(m_window, "nameLabel")->text(), QStringLiteral("好友申请"));
+    QCOMPARE(H::label(m_window, "countLabel")->text(), QStringLiteral("1"));
     clickAt(m_window, QPoint(150, 60));
     QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_scenes")), QVariant(kScene));
     QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_title")), QVariant(QStringLiteral("新消息")));
@@ -393,7 +383,7 @@ void TestFriendRequestNotice::panelPixels()
     QVERIFY(PixelProbe::isNear(image, QPoint(270, 68), white));
     QVERIFY(PixelProbe::isNear(image, QPoint(20, 68), white));
     // The icon: blue strokes within its 20 by 20 pixels.
-    const QRect icon = rectOf(m_window, label(m_window, "iconLabel"));
+    const QRect icon = rectOf(m_window, H::label(m_window, "iconLabel"));
     QCOMPARE(icon, QRect(45, 58, 20, 20));
     const int blue = PixelProbe::countPixels(image, icon, [](QRgb p) {
         return qBlue(p) > 200 && qRed(p) < 120 && qAlpha(p) == 255;
@@ -401,8 +391,8 @@ void TestFriendRequestNotice::panelPixels()
     QVERIFY2(blue > 40, qPrintable(QString::number(blue)));
     // Dark text in the label and in the count.
     const auto dark = [](QRgb p) { return qGray(p) < 110; };
-    QVERIFY(PixelProbe::countPixels(image, rectOf(m_window, label(m_window, "nameLabel")), dark) > 20);
-    const QRect count = rectOf(m_window, label(m_window, "countLabel"));
+    QVERIFY(PixelProbe::countPixels(image, rectOf(m_window, H::label(m_window, "nameLabel")), dark) > 20);
+    const QRect count = rectOf(m_window, H::label(m_window, "countLabel"));
     QVERIFY(PixelProbe::countPixels(image, count, dark) > 3);
     // Nothing dark between the count and the panel's right edge.
     QCOMPARE(PixelProbe::countPixels(image, QRect(count.right() + 1, 41, 286 - count.right(), 55), dark), 0);
