@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPropertyAnimation>
 #include <QPushButton>
 #include <QTextBrowser>
@@ -111,6 +112,27 @@ QImage grabCard(QWidget* window)
     QImage logical = grabbed.scaled(window->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
     logical.setDevicePixelRatio(1.0);
     return logical;
+}
+
+bool saveOnCanvas(QWidget* window, const QString& path)
+{
+    const QImage card = grabCard(window);
+    QImage canvas(card.size() + QSize(40, 40), QImage::Format_ARGB32);
+    canvas.fill(QColor(0xE9, 0xEC, 0xEF));
+    QPainter painter(&canvas);
+    painter.drawImage(20, 20, card);
+    painter.end();
+    return canvas.save(path);
+}
+
+QList<VyrTrack::Event> clicks()
+{
+    QList<VyrTrack::Event> found;
+    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
+        if (event.first == QLatin1String("PushClick"))
+            found << event;
+    }
+    return found;
 }
 
 } // namespace PopupHarness

@@ -2,8 +2,10 @@
 
 #include "PopNoticeBaseWidget.h"
 #include "TaskbarEdge.h"
+#include "VyrTrack.h"
 
 #include <QImage>
+#include <QList>
 #include <QPointer>
 #include <QStringList>
 
@@ -44,6 +46,10 @@ QString stateOf(QWidget* window);
 // The card grabbed as the screen would show it, with its transparent border,
 // one pixel per logical pixel whatever the pixel ratio.
 QImage grabCard(QWidget* window);
+// The card as grabCard() gives it, 20 pixels in on a grey canvas, saved at `path` (to look at).
+bool saveOnCanvas(QWidget* window, const QString& path);
+// The "PushClick" events tracked so far, oldest first.
+QList<VyrTrack::Event> clicks();
 
 } // namespace PopupHarness
 

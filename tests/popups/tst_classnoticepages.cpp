@@ -15,7 +15,6 @@
 #include <QDir>
 #include <QLabel>
 #include <QLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextDocument>
@@ -454,12 +453,8 @@ void TestClassNoticePages::screenshots()
                                                                         : QStringLiteral("代数：一元二次方程"),
                                kNow + 600, kCourse, 1, kSchool);
             open(type);
-            QImage canvas(368, 224, QImage::Format_ARGB32);
-            canvas.fill(QColor(0xE9, 0xEC, 0xEF));
-            QPainter painter(&canvas);
-            painter.drawImage(20, 20, H::grabCard(m_window));
-            painter.end();
-            QVERIFY(canvas.save(QStringLiteral("%1/class-%2-%3.png").arg(dir, QString::number(type), language)));
+            QVERIFY(H::saveOnCanvas(
+                m_window, QStringLiteral("%1/class-%2-%3.png").arg(dir, QString::number(type), language)));
             delete m_window;
             H::runDeferredDeletes();
         }

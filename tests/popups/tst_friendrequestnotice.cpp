@@ -2,7 +2,7 @@
 #include "ImSignalObject.h"
 #include "PixelProbe.h"
 #include "PopupHarness.h"
-#include "SignalRecorder.h"
+#include "NoticeClickRecorder.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QLayout>
 #include <QMetaMethod>
-#include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QToolButton>
@@ -36,16 +35,6 @@ QRect rectOf(QWidget* window, QWidget* child)
     return QRect(child->mapTo(window, QPoint(0, 0)), child->size());
 }
 
-QList<VyrTrack::Event> clicks()
-{
-    QList<VyrTrack::Event> found;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            found << event;
-    }
-    return found;
-}
-
 // Whether the window still exists and is on the screen; a click that closes
 // it may already have let the event loop delete it.
 bool shown(const QPointer<FriendRequestNotice>& window)
@@ -60,52 +49,12 @@ void clickAt(QWidget* window, const QPoint& pos, Qt::MouseButton button = Qt::Le
     QTest::mouseClick(window->windowHandle(), button, Qt::NoModifier, pos);
 }
 
-// Records, in order, the content signal, the window's close and each tracked
-// event with the window's visibility at the moment it arrives.
-class FriendNoticeRecorder : public SignalRecorder
+// The recorder of the window's clicks, with the content signal marked: "content(yes)".
+void markContent(NoticeClickRecorder* recorder, FriendRequestNotice* window)
 {
-    Q_OBJECT
-public:
-    explicit FriendNoticeRecorder(FriendRequestNotice* window)
-        : m_window(window)
-        , m_windowObject(window)
-    {
-        connect(window, &FriendRequestNotice::contentClickSignal, this, [this]() {
-            record(QStringLiteral("content(visible=%1)").arg(visibleText()));
-        });
-        connect(VyrTrack::instance(), &VyrTrack::tracked, this, &FriendNoticeRecorder::onTracked);
-        window->installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        // Compared as plain objects: the filter also sees events while the window is being destroyed.
-        if (event->type() == QEvent::Close && watched == m_windowObject.data())
-            record(QStringLiteral("close"));
-        return false;
-    }
-
-private slots:
-    void onTracked(const QString& event, const QVariantMap& data)
-    {
-        record(QStringLiteral("%1(check_up=%2,visible=%3)")
-                   .arg(event, data.value(QStringLiteral("check_up")).toBool() ? QStringLiteral("true")
-                                                                                  : QStringLiteral("false"),
-                        visibleText()));
-    }
-
-private:
-    QString visibleText() const
-    {
-        if (!m_window)
-            return QStringLiteral("gone");
-        return m_window->isVisible() ? QStringLiteral("yes") : QStringLiteral("no");
-    }
-
-    QPointer<FriendRequestNotice> m_window;
-    QPointer<QObject> m_windowObject;
-};
+    QObject::connect(window, &FriendRequestNotice::contentClickSignal, recorder,
+                     [recorder]() { recorder->mark(QStringLiteral("content")); });
+}
 
 } // namespace
 
@@ -260,7 +209,7 @@ void TestFriendRequestNotice::hitAreaAtPanelEdges()
     clickAt(m_window, pos);
     QCOMPARE(spy.count(), hits ? 1 : 0);
     QCOMPARE(shown(m_window), !hits);
-    QCOMPARE(clicks().size(), hits ? 1 : 0);
+    QCOMPARE(H::clicks().size(), hits ? 1 : 0);
     H::runDeferredDeletes();
     QCOMPARE(m_window.isNull(), hits);
 }
@@ -269,10 +218,11 @@ void TestFriendRequestNotice::hitAreaAtPanelEdges()
 void TestFriendRequestNotice::contentClickEmitsClosesThenTracks()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     clickAt(m_window, QPoint(150, 60));
     // Intended order: signal, close, tracking.
-    QCOMPARE(recorder.joined(), QStringLiteral("content(visible=yes) close PushClick(check_up=true,visible=no)"));
+    QCOMPARE(recorder.joined(), QStringLiteral("content(yes) close PushClick(true,no)"));
     H::runDeferredDeletes();
     QVERIFY(m_window.isNull());
 }
@@ -283,7 +233,7 @@ void TestFriendRequestNotice::contentClickTracksItsMap()
     open();
     clickAt(m_window, QPoint(150, 60));
     QCOMPARE(VyrTrack::instance()->events().size(), 1);
-    const QMap<QString, QVariant> data = clicks().value(0).second;
+    const QMap<QString, QVariant> data = H::clicks().value(0).second;
     QCOMPARE(data.value(QStringLiteral("push_body")), QVariant(QStringLiteral("1")));
     QCOMPARE(data.value(QStringLiteral("push_scenes")), QVariant(kScene));
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(true));
@@ -307,7 +257,8 @@ void TestFriendRequestNotice::anyButtonReleaseOnContentCounts()
 void TestFriendRequestNotice::releaseOffContentDoesNothing()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     clickAt(m_window, QPoint(150, 20));
     clickAt(m_window, QPoint(280, 90));
     QCOMPARE(recorder.joined(), QString());
@@ -320,11 +271,12 @@ void TestFriendRequestNotice::releaseOffContentDoesNothing()
 void TestFriendRequestNotice::closeButtonTracksFalseWithoutSignal()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     QTest::mouseClick(H::closeButton(m_window), Qt::LeftButton);
-    QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(check_up=false,visible=no)"));
-    QCOMPARE(clicks().size(), 1);
-    const QMap<QString, QVariant> data = clicks().value(0).second;
+    QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(false,no)"));
+    QCOMPARE(H::clicks().size(), 1);
+    const QMap<QString, QVariant> data = H::clicks().value(0).second;
     QCOMPARE(data.value(QStringLiteral("push_body")), QVariant(QStringLiteral("1")));
     QCOMPARE(data.value(QStringLiteral("push_scenes")), QVariant(kScene));
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(false));
@@ -365,8 +317,8 @@ void TestFriendRequestNotice::chineseTexts()
     QCOMPARE(H::label(m_window, "nameLabel")->text(), QStringLiteral("好友申请"));
     QCOMPARE(H::label(m_window, "countLabel")->text(), QStringLiteral("1"));
     clickAt(m_window, QPoint(150, 60));
-    QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_scenes")), QVariant(kScene));
-    QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_title")), QVariant(QStringLiteral("新消息")));
+    QCOMPARE(H::clicks().value(0).second.value(QStringLiteral("push_scenes")), QVariant(kScene));
+    QCOMPARE(H::clicks().value(0).second.value(QStringLiteral("push_title")), QVariant(QStringLiteral("新消息")));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
 
@@ -408,12 +360,7 @@ void TestFriendRequestNotice::screenshots()
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
         QVERIFY(TestKit::loadTranslations(language));
         open();
-        QImage canvas(337, 147, QImage::Format_ARGB32);
-        canvas.fill(QColor(0xE9, 0xEC, 0xEF));
-        QPainter painter(&canvas);
-        painter.drawImage(20, 20, H::grabCard(m_window));
-        painter.end();
-        QVERIFY(canvas.save(QStringLiteral("%1/friend-request-%2.png").arg(dir, language)));
+        QVERIFY(H::saveOnCanvas(m_window, QStringLiteral("%1/friend-request-%2.png").arg(dir, language)));
         delete m_window;
         H::runDeferredDeletes();
     }

@@ -57,16 +57,6 @@ QList<QTimer*> loadingTimers(QWidget* window)
     return found;
 }
 
-QList<VyrTrack::Event> clicks()
-{
-    QList<VyrTrack::Event> found;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            found << event;
-    }
-    return found;
-}
-
 QByteArray path()
 {
     return VyrHttpManager::ClusterNoticeDetailsPath.toUtf8();
@@ -560,8 +550,8 @@ void TestNoticeRemindNoticeWidget::laterClosesThenTracksFalse()
             [this, &visibleWhenTracked]() { visibleWhenTracked = m_window->isVisible(); });
     QTest::mouseClick(H::button(m_window, "m_laterBtn"), Qt::LeftButton);
     QVERIFY(!visibleWhenTracked);
-    QCOMPARE(clicks().size(), 1);
-    const QMap<QString, QVariant> data = clicks()[0].second;
+    QCOMPARE(H::clicks().size(), 1);
+    const QMap<QString, QVariant> data = H::clicks()[0].second;
     QCOMPARE(data.value(QStringLiteral("push_body")).toString(), QStringLiteral("Ms Lin: Bring your books"));
     QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), kScene);
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(false));
@@ -578,9 +568,9 @@ void TestNoticeRemindNoticeWidget::closeButtonTracksFalse()
     open();
     QTest::mouseClick(H::closeButton(m_window), Qt::LeftButton);
     QVERIFY(!m_window->isVisible());
-    QCOMPARE(clicks().size(), 1);
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("check_up")), QVariant(false));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
+    QCOMPARE(H::clicks().size(), 1);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("check_up")), QVariant(false));
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
     H::runDeferredDeletes();
     QVERIFY(m_window.isNull());
 }
@@ -605,9 +595,9 @@ void TestNoticeRemindNoticeWidget::viewStartsRequestSpinnerAndTracksAtOnce()
     QCOMPARE(loadingTimers(m_window).size(), 1);
     QVERIFY(loadingTimers(m_window)[0]->isActive());
     // Tracked before any answer.
-    QCOMPARE(clicks().size(), 1);
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("check_up")), QVariant(true));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_body")).toString(),
+    QCOMPARE(H::clicks().size(), 1);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("check_up")), QVariant(true));
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_body")).toString(),
              QStringLiteral("Ms Lin: Bring your books"));
     QTRY_COMPARE(m_server->requestCount(path()), 1);
     const VyrDev::HttpRequestRecord request = m_server->requests()[0];
@@ -755,7 +745,7 @@ void TestNoticeRemindNoticeWidget::secondClickLeavesTheFirstSpinnerBehind()
     QCOMPARE(spinners(m_window).size(), 2);
     QCOMPARE(loadingTimers(m_window).size(), 2);
     QVERIFY(H::button(m_window, "viewNowBtn")->isEnabled());
-    QCOMPARE(clicks().size(), 2);
+    QCOMPARE(H::clicks().size(), 2);
     QTRY_COMPARE(m_server->requestCount(path()), 2);
     // The first answer stops the members' spinner, the second one; the first stays spinning
     // under the window until it goes. Seen as the answer closes the window.
@@ -918,7 +908,7 @@ void TestNoticeRemindNoticeWidget::chineseTexts()
     QCOMPARE(H::button(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
     clickView();
     QCOMPARE(spinners(m_window).value(0)->text(), QStringLiteral("请求中..."));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
     QTRY_COMPARE(SimpleMessagePopup::openPopups().size(), 1);
     QCOMPARE(SimpleMessagePopup::openPopups()[0]->text(), QStringLiteral("该通知已被删除"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));

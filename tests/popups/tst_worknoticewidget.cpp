@@ -8,9 +8,9 @@
 #include "ImSignalObject.h"
 #include "ImageOp.h"
 #include "LogCapture.h"
+#include "NoticeClickRecorder.h"
 #include "PixelProbe.h"
 #include "PopupHarness.h"
-#include "SignalRecorder.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
@@ -18,7 +18,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QLayout>
-#include <QPainter>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -113,16 +112,6 @@ int expiryStateOf(const QString& kind)
     return isExam(kind) ? 8 : 10;
 }
 
-QList<VyrTrack::Event> clicks()
-{
-    QList<VyrTrack::Event> found;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            found << event;
-    }
-    return found;
-}
-
 // One data row for each twin, for the tests that assert the same of both.
 void bothKinds()
 {
@@ -131,52 +120,17 @@ void bothKinds()
     QTest::newRow("homework") << kHomework;
 }
 
-// The window's details signal, its close and each tracked event, in order,
-// with whether the window was still on the screen at that moment.
-class WorkRecorder : public SignalRecorder
+// Marks the window's details request on `recorder`, with its ids: "details 501 7001 9001(yes)".
+void markDetails(NoticeClickRecorder* recorder, PopNoticeBaseWidget* window)
 {
-    Q_OBJECT
-public:
-    explicit WorkRecorder(PopNoticeBaseWidget* window)
-        : m_window(window)
-        , m_windowObject(window)
-    {
-        auto details = [this](qulonglong course, qulonglong id, qulonglong activity) {
-            record(QStringLiteral("details(%1,%2,%3,visible=%4)").arg(course).arg(id).arg(activity).arg(visibleText()));
-        };
-        if (auto* exam = qobject_cast<ExamNoticeWidget*>(window))
-            connect(exam, &ExamNoticeWidget::signalSeeDetails, this, details);
-        if (auto* homework = qobject_cast<HomeworkNoticeWidget*>(window))
-            connect(homework, &HomeworkNoticeWidget::signalSeeDetails, this, details);
-        connect(VyrTrack::instance(), &VyrTrack::tracked, this, [this](const QString& event, const QVariantMap& data) {
-            record(QStringLiteral("%1(check_up=%2,visible=%3)")
-                       .arg(event, data.value(QStringLiteral("check_up")).toBool() ? QStringLiteral("true")
-                                                                                      : QStringLiteral("false"),
-                            visibleText()));
-        });
-        window->installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        // Compared as plain objects: the filter also sees events while the window is being destroyed.
-        if (event->type() == QEvent::Close && watched == m_windowObject.data())
-            record(QStringLiteral("close"));
-        return false;
-    }
-
-private:
-    QString visibleText() const
-    {
-        if (!m_window)
-            return QStringLiteral("gone");
-        return m_window->isVisible() ? QStringLiteral("yes") : QStringLiteral("no");
-    }
-
-    QPointer<PopNoticeBaseWidget> m_window;
-    QPointer<QObject> m_windowObject;
-};
+    auto details = [recorder](qulonglong course, qulonglong id, qulonglong activity) {
+        recorder->mark(QStringLiteral("details %1 %2 %3").arg(course).arg(id).arg(activity));
+    };
+    if (auto* exam = qobject_cast<ExamNoticeWidget*>(window))
+        QObject::connect(exam, &ExamNoticeWidget::signalSeeDetails, recorder, details);
+    if (auto* homework = qobject_cast<HomeworkNoticeWidget*>(window))
+        QObject::connect(homework, &HomeworkNoticeWidget::signalSeeDetails, recorder, details);
+}
 
 } // namespace
 
@@ -650,18 +604,15 @@ void TestWorkNoticeWidget::buttonOrder_data()
     QTest::addColumn<QString>("which");
     QTest::addColumn<QString>("sequence");
     QTest::newRow("exam view details: track, emit, close")
-        << kExam << "m_viewDetailsBtn"
-        << "PushClick(check_up=true,visible=yes) details(501,7001,9001,visible=yes) close";
-    QTest::newRow("exam later: track, close") << kExam << "m_laterBtn" << "PushClick(check_up=false,visible=yes) close";
+        << kExam << "m_viewDetailsBtn" << "PushClick(true,yes) details 501 7001 9001(yes) close";
+    QTest::newRow("exam later: track, close") << kExam << "m_laterBtn" << "PushClick(false,yes) close";
     QTest::newRow("exam close button: the card closes, then track")
-        << kExam << "closeBtn" << "close PushClick(check_up=false,visible=no)";
+        << kExam << "closeBtn" << "close PushClick(false,no)";
     QTest::newRow("homework view details: emit, close, track")
-        << kHomework << "m_viewDetailsBtn"
-        << "details(501,7001,9001,visible=yes) close PushClick(check_up=true,visible=no)";
-    QTest::newRow("homework later: close, track")
-        << kHomework << "m_laterBtn" << "close PushClick(check_up=false,visible=no)";
+        << kHomework << "m_viewDetailsBtn" << "details 501 7001 9001(yes) close PushClick(true,no)";
+    QTest::newRow("homework later: close, track") << kHomework << "m_laterBtn" << "close PushClick(false,no)";
     QTest::newRow("homework close button: the card closes, then track")
-        << kHomework << "closeBtn" << "close PushClick(check_up=false,visible=no)";
+        << kHomework << "closeBtn" << "close PushClick(false,no)";
 }
 
 void TestWorkNoticeWidget::buttonOrder()
@@ -670,7 +621,8 @@ void TestWorkNoticeWidget::buttonOrder()
     QFETCH(QString, which);
     QFETCH(QString, sequence);
     open(kind);
-    WorkRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markDetails(&recorder, m_window);
     QAbstractButton* target = which == QLatin1String("closeBtn")
                                   ? static_cast<QAbstractButton*>(H::closeButton(m_window))
                                   : H::button(m_window, which.toLatin1().constData());
@@ -687,8 +639,8 @@ void TestWorkNoticeWidget::clickPayload()
     open(kind, 4);
     const QString sentence = H::browser(m_window)->toPlainText();
     QTest::mouseClick(H::button(m_window, "m_viewDetailsBtn"), Qt::LeftButton);
-    QCOMPARE(clicks().size(), 1);
-    const QMap<QString, QVariant> data = clicks().first().second;
+    QCOMPARE(H::clicks().size(), 1);
+    const QMap<QString, QVariant> data = H::clicks().first().second;
     QCOMPARE(data.value(QStringLiteral("push_body")).toString(), sentence);
     QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), sceneOf(kind));
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(true));
@@ -749,7 +701,8 @@ void TestWorkNoticeWidget::deleteRightAfterConstructionIsQueued()
     for (int which = 0; which < 2; ++which) {
         m_window = create(kind, 1, false);
         QSignalSpy destroyed(m_window.data(), &QObject::destroyed);
-        WorkRecorder recorder(m_window);
+        NoticeClickRecorder recorder(m_window);
+        markDetails(&recorder, m_window);
         if (which == 0)
             withdraw(kind, kCourse, kWork);
         else
@@ -859,13 +812,9 @@ void TestWorkNoticeWidget::screenshots()
         for (const QString& kind : {kExam, kHomework}) {
             for (const bool review : {false, true}) {
                 open(kind, review ? 3 : expiryStateOf(kind), review);
-                QImage canvas(368, 224, QImage::Format_ARGB32);
-                canvas.fill(QColor(0xE9, 0xEC, 0xEF));
-                QPainter painter(&canvas);
-                painter.drawImage(20, 20, H::grabCard(m_window));
-                painter.end();
-                QVERIFY(canvas.save(
-                    QStringLiteral("%1/%2-%3-%4.png").arg(dir, kind, review ? "review" : "work", language)));
+                const QString path =
+                    QStringLiteral("%1/%2-%3-%4.png").arg(dir, kind, review ? "review" : "work", language);
+                QVERIFY(H::saveOnCanvas(m_window, path));
                 delete m_window;
             }
         }
