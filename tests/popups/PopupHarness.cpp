@@ -3,6 +3,7 @@
 #include "ScreenCorner.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
@@ -112,6 +113,14 @@ QImage grabCard(QWidget* window)
     QImage logical = grabbed.scaled(window->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
     logical.setDevicePixelRatio(1.0);
     return logical;
+}
+
+QString screenshotDir()
+{
+    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    if (!dir.isEmpty())
+        QDir().mkpath(dir);
+    return dir;
 }
 
 bool saveOnCanvas(QWidget* window, const QString& path)

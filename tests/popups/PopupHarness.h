@@ -46,6 +46,8 @@ QString stateOf(QWidget* window);
 // The card grabbed as the screen would show it, with its transparent border,
 // one pixel per logical pixel whatever the pixel ratio.
 QImage grabCard(QWidget* window);
+// The folder that VYR_SCREENSHOT_DIR names, made if need be; empty when it isn't set.
+QString screenshotDir();
 // The card as grabCard() gives it, 20 pixels in on a grey canvas, saved at `path` (to look at).
 bool saveOnCanvas(QWidget* window, const QString& path);
 // The "PushClick" events tracked so far, oldest first.

@@ -12,7 +12,6 @@
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QDir>
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
@@ -440,10 +439,9 @@ void TestClassNoticePages::chineseTexts()
 // With VYR_SCREENSHOT_DIR set, each page is saved as a picture in both languages (to look at).
 void TestClassNoticePages::screenshots()
 {
-    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    const QString dir = H::screenshotDir();
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
-    QDir().mkpath(dir);
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
         QVERIFY(TestKit::loadTranslations(language));
         QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)

@@ -6,7 +6,6 @@
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QDir>
 #include <QLabel>
 #include <QLayout>
 #include <QMetaMethod>
@@ -353,10 +352,9 @@ void TestFriendRequestNotice::panelPixels()
 // With VYR_SCREENSHOT_DIR set, the pop-up is saved as a picture in both languages (to look at).
 void TestFriendRequestNotice::screenshots()
 {
-    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    const QString dir = H::screenshotDir();
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
-    QDir().mkpath(dir);
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
         QVERIFY(TestKit::loadTranslations(language));
         open();

@@ -14,7 +14,6 @@
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLayout>
@@ -801,10 +800,9 @@ void TestWorkNoticeWidget::nullRecordClosesQuietly()
 // With VYR_SCREENSHOT_DIR set, both twins and both sides are saved as pictures in both languages (to look at).
 void TestWorkNoticeWidget::screenshots()
 {
-    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    const QString dir = H::screenshotDir();
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
-    QDir().mkpath(dir);
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
         QVERIFY(TestKit::loadTranslations(language));
         QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)

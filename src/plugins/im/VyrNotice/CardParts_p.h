@@ -124,8 +124,8 @@ public:
 
     // Fixes the window's size, sets its title and fills its content panel:
     // the icon column and the text browser, then the two buttons at the right.
-    static std::unique_ptr<WorkCard> buildWorkCard(PopNoticeBaseWidget* window, QWidget* content, const QMargins& shadow,
-                                  const QString& title);
+    static std::unique_ptr<WorkCard> buildWorkCard(PopNoticeBaseWidget* window, QWidget* content,
+                                                   const QMargins& shadow, const QString& title);
     // The update of a course-work card: an empty template closes the window
     // and the rest still runs; the cover, then the sentence. An unknown
     // submitter is logged through `log`, the card's own logger.
