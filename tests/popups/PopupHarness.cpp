@@ -1,11 +1,13 @@
 #include "PopupHarness.h"
 
 #include "ScreenCorner.h"
+#include "TestKit.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QPushButton>
@@ -121,6 +123,13 @@ QString screenshotDir()
     if (!dir.isEmpty())
         QDir().mkpath(dir);
     return dir;
+}
+
+bool useLanguage(const QString& language)
+{
+    QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)
+                                                        : QLocale(QLocale::Chinese, QLocale::China));
+    return TestKit::loadTranslations(language);
 }
 
 bool saveOnCanvas(QWidget* window, const QString& path)

@@ -48,6 +48,9 @@ QString stateOf(QWidget* window);
 QImage grabCard(QWidget* window);
 // The folder that VYR_SCREENSHOT_DIR names, made if need be; empty when it isn't set.
 QString screenshotDir();
+// Loads the texts of `language` ("en" or "zh_CN") and makes its country, the
+// United States or China, the default locale.
+bool useLanguage(const QString& language);
 // The card as grabCard() gives it, 20 pixels in on a grey canvas, saved at `path` (to look at).
 bool saveOnCanvas(QWidget* window, const QString& path);
 // The "PushClick" events tracked so far, oldest first.

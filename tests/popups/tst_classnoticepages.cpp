@@ -443,9 +443,7 @@ void TestClassNoticePages::screenshots()
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
-        QVERIFY(TestKit::loadTranslations(language));
-        QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)
-                                                            : QLocale(QLocale::Chinese, QLocale::China));
+        QVERIFY(H::useLanguage(language));
         for (int type = 0; type < 3; ++type) {
             TestKit::putLesson(kLesson, language == QLatin1String("en") ? QStringLiteral("Algebra: quadratic equations")
                                                                         : QStringLiteral("代数：一元二次方程"),

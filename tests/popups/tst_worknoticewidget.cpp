@@ -804,9 +804,7 @@ void TestWorkNoticeWidget::screenshots()
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
-        QVERIFY(TestKit::loadTranslations(language));
-        QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)
-                                                            : QLocale(QLocale::Chinese, QLocale::China));
+        QVERIFY(H::useLanguage(language));
         for (const QString& kind : {kExam, kHomework}) {
             for (const bool review : {false, true}) {
                 open(kind, review ? 3 : expiryStateOf(kind), review);
