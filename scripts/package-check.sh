@@ -19,7 +19,7 @@ cmake --install build-product --prefix "$prefix" >/dev/null
 echo "package-check: installed into $prefix"
 
 # Internal classes stay hidden in a product build.
-internal='NoticeListViewItem|NoticeListSortFilterModel|LessonNoticeText|ClusterNoticeText|ClassAheadNoticeWidget|ClassPrepareNoticeWidget|ClassStartNoticeWidget|ClassNoticePage|FriendRequestTreeItem|FriendRequestShowMoreSignals|PushTracking|NameSpan|WorkNoticeParts|NoticeRemindText|LocalDays|FriendRequestSortFilterProxyModel|FriendRequestTreeView|ShadowMask'
+internal='NoticeListViewItem|NoticeListSortFilterModel|LessonNoticeText|ClusterNoticeText|ClassAheadNoticeWidget|ClassPrepareNoticeWidget|ClassStartNoticeWidget|CardParts|LessonPage|LessonEnterPage|FriendRequestTreeItem|FriendRequestShowMoreSignals|PushTracking|NameSpan|NoticeRemindText|LocalDays|FriendRequestSortFilterProxyModel|FriendRequestTreeView|ShadowMask'
 if nm -DC --defined-only "$prefix/lib/libVyrNotice.so" | grep -E "($internal)::" >/dev/null; then
   echo "package-check: FAIL: the product library exports internal classes:" >&2
   nm -DC --defined-only "$prefix/lib/libVyrNotice.so" | grep -E "($internal)::" | head >&2

@@ -1,11 +1,18 @@
 #include "PopupHarness.h"
 
+#include "ScreenCorner.h"
 #include "ScreenCornerOverride_p.h"
+#include "TestKit.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QLabel>
+#include <QLocale>
+#include <QPainter>
 #include <QPropertyAnimation>
+#include <QPushButton>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
 
@@ -55,6 +62,26 @@ QLabel* titleLabel(QWidget* window)
     return window->findChild<QLabel*>(QStringLiteral("titleLabel"));
 }
 
+QLabel* label(QWidget* window, const char* name)
+{
+    return window->findChild<QLabel*>(QLatin1String(name));
+}
+
+QPushButton* button(QWidget* window, const char* name)
+{
+    return window->findChild<QPushButton*>(QLatin1String(name));
+}
+
+QTextBrowser* browser(QWidget* window, const char* name)
+{
+    return window->findChild<QTextBrowser*>(QLatin1String(name));
+}
+
+QWidget* contentWidget(QWidget* window)
+{
+    return window->findChild<QWidget*>(QStringLiteral("contentWidget"));
+}
+
 void finish(QPropertyAnimation* animation)
 {
     if (animation)
@@ -89,6 +116,42 @@ QImage grabCard(QWidget* window)
     QImage logical = grabbed.scaled(window->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
     logical.setDevicePixelRatio(1.0);
     return logical;
+}
+
+QString screenshotDir()
+{
+    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    if (!dir.isEmpty())
+        QDir().mkpath(dir);
+    return dir;
+}
+
+bool useLanguage(const QString& language)
+{
+    QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)
+                                                        : QLocale(QLocale::Chinese, QLocale::China));
+    return TestKit::loadTranslations(language);
+}
+
+bool saveOnCanvas(QWidget* window, const QString& path)
+{
+    const QImage card = grabCard(window);
+    QImage canvas(card.size() + QSize(40, 40), QImage::Format_ARGB32);
+    canvas.fill(QColor(0xE9, 0xEC, 0xEF));
+    QPainter painter(&canvas);
+    painter.drawImage(20, 20, card);
+    painter.end();
+    return canvas.save(path);
+}
+
+QList<VyrTrack::Event> clicks()
+{
+    QList<VyrTrack::Event> found;
+    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
+        if (event.first == QLatin1String("PushClick"))
+            found << event;
+    }
+    return found;
 }
 
 } // namespace PopupHarness

@@ -2,8 +2,10 @@
 
 #include "PopNoticeBaseWidget.h"
 #include "TaskbarEdge.h"
+#include "VyrTrack.h"
 
 #include <QImage>
+#include <QList>
 #include <QPointer>
 #include <QStringList>
 
@@ -11,6 +13,8 @@ class QPropertyAnimation;
 class QTimer;
 class QToolButton;
 class QLabel;
+class QPushButton;
+class QTextBrowser;
 
 // Test-side access to single pop-ups, through their public operations, their
 // named children and the protected members a subclass reaches.
@@ -27,6 +31,12 @@ QTimer* closeTimer(QWidget* window);
 QList<QTimer*> closeTimers(QWidget* window);
 QToolButton* closeButton(QWidget* window);
 QLabel* titleLabel(QWidget* window);
+// The named parts of a card, anywhere below the window; null when there is none.
+QLabel* label(QWidget* window, const char* name);
+QPushButton* button(QWidget* window, const char* name);
+QTextBrowser* browser(QWidget* window, const char* name = "m_contentBrowser");
+// The panel under the title row that a card fills.
+QWidget* contentWidget(QWidget* window);
 // Runs an animation to its end now, as if its 500 ms had passed.
 void finish(QPropertyAnimation* animation);
 // Runs the deletions that closing scheduled.
@@ -36,6 +46,15 @@ QString stateOf(QWidget* window);
 // The card grabbed as the screen would show it, with its transparent border,
 // one pixel per logical pixel whatever the pixel ratio.
 QImage grabCard(QWidget* window);
+// The folder that VYR_SCREENSHOT_DIR names, made if need be; empty when it isn't set.
+QString screenshotDir();
+// Loads the texts of `language` ("en" or "zh_CN") and makes its country, the
+// United States or China, the default locale.
+bool useLanguage(const QString& language);
+// The card as grabCard() gives it, 20 pixels in on a grey canvas, saved at `path` (to look at).
+bool saveOnCanvas(QWidget* window, const QString& path);
+// The "PushClick" events tracked so far, oldest first.
+QList<VyrTrack::Event> clicks();
 
 } // namespace PopupHarness
 

@@ -12,10 +12,8 @@
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QDir>
 #include <QLabel>
 #include <QLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextDocument>
@@ -38,16 +36,6 @@ QSharedPointer<SnapshotLesson> snapshot(quint64 lessonId = kLesson)
     return CourseEngine::instance()->lessonSnapshot(lessonId);
 }
 
-QTextBrowser* browserOf(QWidget* page)
-{
-    return page->findChild<QTextBrowser*>(QStringLiteral("m_contentBrowser"));
-}
-
-QLabel* iconOf(QWidget* page)
-{
-    return page->findChild<QLabel*>(QStringLiteral("m_iconLabel"));
-}
-
 QString pushBodyOf(QWidget* page)
 {
     QString body;
@@ -64,7 +52,8 @@ QString pushBodyOf(QWidget* page)
 
 QImage iconImage(QWidget* page)
 {
-    return iconOf(page)->pixmap(Qt::ReturnByValue).toImage().convertToFormat(QImage::Format_ARGB32);
+    const QPixmap shown = H::label(page, "m_iconLabel")->pixmap(Qt::ReturnByValue);
+    return shown.toImage().convertToFormat(QImage::Format_ARGB32);
 }
 
 int colorDistance(QRgb a, const QColor& b)
@@ -171,7 +160,7 @@ void TestClassNoticePages::aheadTextByTimeLeft()
     QFETCH(QString, pushBody);
     TestKit::putLesson(kLesson, QStringLiteral("Algebra"), kNow + secondsLeft, kCourse, 1, kSchool);
     open(0);
-    QCOMPARE(browserOf(page(0))->toPlainText(), shown);
+    QCOMPARE(H::browser(page(0))->toPlainText(), shown);
     QCOMPARE(pushBodyOf(page(0)), pushBody);
     const auto events = VyrTrack::instance()->events();
     QCOMPARE(events.size(), 1);
@@ -192,7 +181,7 @@ void TestClassNoticePages::prepareAndStartText()
     QFETCH(int, index);
     TestKit::putLesson(kLesson, QStringLiteral("Algebra"), kNow + 7200, kCourse, 1, kSchool);
     open(index);
-    QCOMPARE(browserOf(page(index))->toPlainText(), QStringLiteral("\"Algebra\" has started"));
+    QCOMPARE(H::browser(page(index))->toPlainText(), QStringLiteral("\"Algebra\" has started"));
     QCOMPARE(pushBodyOf(page(index)), QStringLiteral("Algebra has started"));
 }
 
@@ -215,7 +204,7 @@ void TestClassNoticePages::nameSpanByCountry()
     QFETCH(QString, shown);
     QLocale::setDefault(locale);
     open(2);
-    QTextBrowser* browser = browserOf(page(2));
+    QTextBrowser* browser = H::browser(page(2));
     // Raw text keeps the non-breaking space that plain text turns into a blank.
     QCOMPARE(browser->document()->toRawText(), shown);
     QVERIFY(browser->toHtml().contains(QLatin1String("#009265")));
@@ -226,7 +215,7 @@ void TestClassNoticePages::nameEscapedInBrowserRawInPushBody()
 {
     TestKit::putLesson(kLesson, QStringLiteral("<b>x</b>"), kNow + 3600, kCourse, 1, kSchool);
     open(0);
-    QCOMPARE(browserOf(page(0))->toPlainText(), QStringLiteral("\"<b>x</b>\" will start in 60 minutes"));
+    QCOMPARE(H::browser(page(0))->toPlainText(), QStringLiteral("\"<b>x</b>\" will start in 60 minutes"));
     QCOMPARE(pushBodyOf(page(0)), QStringLiteral("<b>x</b> will start in 60 minutes"));
     QCOMPARE(VyrTrack::instance()->events().first().second.value(QStringLiteral("push_body")).toString(),
              QStringLiteral("<b>x</b> will start in 60 minutes"));
@@ -238,7 +227,7 @@ void TestClassNoticePages::longNameElidedInBrowserWholeInPushBody()
     const QString name = QStringLiteral("Advanced Mathematics for Engineers, Part Two");
     TestKit::putLesson(kLesson, name, kNow + 600, kCourse, 1, kSchool);
     open(1);
-    const QString shown = browserOf(page(1))->toPlainText();
+    const QString shown = H::browser(page(1))->toPlainText();
     QVERIFY2(shown.contains(QChar(0x2026)), qPrintable(shown));
     QVERIFY(!shown.contains(name));
     QCOMPARE(pushBodyOf(page(1)), name + QStringLiteral(" has started"));
@@ -263,11 +252,11 @@ void TestClassNoticePages::nullLessonSetsHeadingOnly()
     CourseEngine::instance()->setHoldFutures(true);
     VyrTrack::instance()->clearEvents();
     auto* prepare = qobject_cast<ClassPrepareNoticeWidget*>(page(1));
-    const QString before = browserOf(prepare)->toPlainText();
+    const QString before = H::browser(prepare)->toPlainText();
     prepare->setLessonData(QSharedPointer<SnapshotLesson>(), QStringLiteral("Heading only"));
     QCOMPARE(prepare->findChild<QLabel*>(QStringLiteral("m_headingLabel"))->text(), QStringLiteral("Heading only"));
     QCOMPARE(CourseEngine::instance()->pendingFutureCount(), 0);
-    QCOMPARE(browserOf(prepare)->toPlainText(), before);
+    QCOMPARE(H::browser(prepare)->toPlainText(), before);
     QVERIFY(VyrTrack::instance()->events().isEmpty());
 }
 
@@ -278,7 +267,7 @@ void TestClassNoticePages::pushBodyBeforeDataIsBrowserText()
     m_window = new ClassNoticeWidget(ClassNoticeWidget::AheadNotice, snapshot());
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(pushBodyOf(page(i)), QString());
-        browserOf(page(i))->setPlainText(QStringLiteral("typed %1").arg(i));
+        H::browser(page(i))->setPlainText(QStringLiteral("typed %1").arg(i));
         QCOMPARE(pushBodyOf(page(i)), QStringLiteral("typed %1").arg(i));
     }
 }
@@ -293,7 +282,7 @@ void TestClassNoticePages::coverLoadedAtEachPagesStep()
         QCOMPARE(courseId, quint64(kCourse));
         QStringList filled;
         for (int i = 0; i < 3; ++i)
-            filled << (browserOf(page(i))->toPlainText().isEmpty() ? QStringLiteral("-") : QStringLiteral("text"));
+            filled << (H::browser(page(i))->toPlainText().isEmpty() ? QStringLiteral("-") : QStringLiteral("text"));
         seen << filled.join(QLatin1Char(','));
     });
     CourseEngine::instance()->finishPendingFutures();
@@ -322,8 +311,8 @@ void TestClassNoticePages::startPageShowsDefaultAvatarFirst()
     const QImage first = iconImage(page(2));
     QVERIFY(!first.isNull());
     QVERIFY(colorDistance(first.pixel(6, 6), AvatarManager::generatedColor(0)) < 40);
-    QVERIFY(iconOf(page(0))->pixmap(Qt::ReturnByValue).isNull());
-    QVERIFY(iconOf(page(1))->pixmap(Qt::ReturnByValue).isNull());
+    QVERIFY(H::label(page(0), "m_iconLabel")->pixmap(Qt::ReturnByValue).isNull());
+    QVERIFY(H::label(page(1), "m_iconLabel")->pixmap(Qt::ReturnByValue).isNull());
     CourseEngine::instance()->finishPendingFutures();
     TestKit::settle();
     QVERIFY(colorDistance(iconImage(page(2)).pixel(6, 6), CourseCover::baseColor(kCourse)) < 60);
@@ -368,14 +357,14 @@ void TestClassNoticePages::pageLayouts()
     m_window = new ClassNoticeWidget(ClassNoticeWidget::AheadNotice, QSharedPointer<SnapshotLesson>());
     QWidget* p = page(index);
     QCOMPARE(p->layout()->contentsMargins(), QMargins(24, 12, 24, 20));
-    QCOMPARE(iconOf(p)->size(), QSize(36, 36));
+    QCOMPARE(H::label(p, "m_iconLabel")->size(), QSize(36, 36));
     auto* title = p->findChild<QLabel*>(QStringLiteral("m_headingLabel"));
     QCOMPARE(title->text(), heading);
     QCOMPARE(title->height(), 19);
     QCOMPARE(title->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
     QCOMPARE(title->font().pixelSize(), 14);
     QCOMPARE(title->font().weight(), int(QFont::Medium));
-    QTextBrowser* browser = browserOf(p);
+    QTextBrowser* browser = H::browser(p);
     QCOMPARE(browser->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
     QCOMPARE(browser->font().pixelSize(), 13);
     QCOMPARE(browser->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
@@ -413,7 +402,7 @@ void TestClassNoticePages::wordWrapAfterText()
     QFETCH(int, index);
     QFETCH(int, mode);
     open(index);
-    QCOMPARE(int(browserOf(page(index))->wordWrapMode()), mode);
+    QCOMPARE(int(H::browser(page(index))->wordWrapMode()), mode);
 }
 
 // The enter button is the green of the name span, the later button white with a grey outline.
@@ -442,7 +431,7 @@ void TestClassNoticePages::chineseTexts()
     QCOMPARE(page(1)->findChild<QPushButton*>(QStringLiteral("enterClassBtn"))->text(), QStringLiteral("进入教室"));
     QCOMPARE(page(1)->findChild<QPushButton*>(QStringLiteral("m_laterBtn"))->text(), QStringLiteral("稍后"));
     QCOMPARE(page(0)->findChild<QPushButton*>(QStringLiteral("enterClassBtn"))->text(), QStringLiteral("知道了"));
-    QCOMPARE(browserOf(page(1))->document()->toRawText(), QString(QChar(0x00A0)) + QStringLiteral("Algebra 已开始上课"));
+    QCOMPARE(H::browser(page(1))->document()->toRawText(), QString(QChar(0x00A0)) + QStringLiteral("Algebra 已开始上课"));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("上课提醒"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
@@ -450,25 +439,18 @@ void TestClassNoticePages::chineseTexts()
 // With VYR_SCREENSHOT_DIR set, each page is saved as a picture in both languages (to look at).
 void TestClassNoticePages::screenshots()
 {
-    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    const QString dir = H::screenshotDir();
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
-    QDir().mkpath(dir);
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
-        QVERIFY(TestKit::loadTranslations(language));
-        QLocale::setDefault(language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedStates)
-                                                            : QLocale(QLocale::Chinese, QLocale::China));
+        QVERIFY(H::useLanguage(language));
         for (int type = 0; type < 3; ++type) {
             TestKit::putLesson(kLesson, language == QLatin1String("en") ? QStringLiteral("Algebra: quadratic equations")
                                                                         : QStringLiteral("代数：一元二次方程"),
                                kNow + 600, kCourse, 1, kSchool);
             open(type);
-            QImage canvas(368, 224, QImage::Format_ARGB32);
-            canvas.fill(QColor(0xE9, 0xEC, 0xEF));
-            QPainter painter(&canvas);
-            painter.drawImage(20, 20, H::grabCard(m_window));
-            painter.end();
-            QVERIFY(canvas.save(QStringLiteral("%1/class-%2-%3.png").arg(dir, QString::number(type), language)));
+            QVERIFY(H::saveOnCanvas(
+                m_window, QStringLiteral("%1/class-%2-%3.png").arg(dir, QString::number(type), language)));
             delete m_window;
             H::runDeferredDeletes();
         }

@@ -2,15 +2,13 @@
 #include "ImSignalObject.h"
 #include "PixelProbe.h"
 #include "PopupHarness.h"
-#include "SignalRecorder.h"
+#include "NoticeClickRecorder.h"
 #include "TestKit.h"
 #include "VyrTrack.h"
 
-#include <QDir>
 #include <QLabel>
 #include <QLayout>
 #include <QMetaMethod>
-#include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QToolButton>
@@ -23,20 +21,10 @@ namespace {
 
 const QString kScene = QStringLiteral("添加好友申请");
 
-QLabel* label(QWidget* window, const char* name)
-{
-    return window->findChild<QLabel*>(QLatin1String(name));
-}
-
-QWidget* content(QWidget* window)
-{
-    return window->findChild<QWidget*>(QStringLiteral("contentWidget"));
-}
-
 // The content panel where the screen shows it, in the window's coordinates.
 QRect drawnPanel(QWidget* window)
 {
-    QWidget* panel = content(window);
+    QWidget* panel = H::contentWidget(window);
     return QRect(panel->mapTo(window, QPoint(0, 0)), panel->size());
 }
 
@@ -44,16 +32,6 @@ QRect drawnPanel(QWidget* window)
 QRect rectOf(QWidget* window, QWidget* child)
 {
     return QRect(child->mapTo(window, QPoint(0, 0)), child->size());
-}
-
-QList<VyrTrack::Event> clicks()
-{
-    QList<VyrTrack::Event> found;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            found << event;
-    }
-    return found;
 }
 
 // Whether the window still exists and is on the screen; a click that closes
@@ -70,52 +48,12 @@ void clickAt(QWidget* window, const QPoint& pos, Qt::MouseButton button = Qt::Le
     QTest::mouseClick(window->windowHandle(), button, Qt::NoModifier, pos);
 }
 
-// Records, in order, the content signal, the window's close and each tracked
-// event with the window's visibility at the moment it arrives.
-class FriendNoticeRecorder : public SignalRecorder
+// The recorder of the window's clicks, with the content signal marked: "content(yes)".
+void markContent(NoticeClickRecorder* recorder, FriendRequestNotice* window)
 {
-    Q_OBJECT
-public:
-    explicit FriendNoticeRecorder(FriendRequestNotice* window)
-        : m_window(window)
-        , m_windowObject(window)
-    {
-        connect(window, &FriendRequestNotice::contentClickSignal, this, [this]() {
-            record(QStringLiteral("content(visible=%1)").arg(visibleText()));
-        });
-        connect(VyrTrack::instance(), &VyrTrack::tracked, this, &FriendNoticeRecorder::onTracked);
-        window->installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        // Compared as plain objects: the filter also sees events while the window is being destroyed.
-        if (event->type() == QEvent::Close && watched == m_windowObject.data())
-            record(QStringLiteral("close"));
-        return false;
-    }
-
-private slots:
-    void onTracked(const QString& event, const QVariantMap& data)
-    {
-        record(QStringLiteral("%1(check_up=%2,visible=%3)")
-                   .arg(event, data.value(QStringLiteral("check_up")).toBool() ? QStringLiteral("true")
-                                                                                  : QStringLiteral("false"),
-                        visibleText()));
-    }
-
-private:
-    QString visibleText() const
-    {
-        if (!m_window)
-            return QStringLiteral("gone");
-        return m_window->isVisible() ? QStringLiteral("yes") : QStringLiteral("no");
-    }
-
-    QPointer<FriendRequestNotice> m_window;
-    QPointer<QObject> m_windowObject;
-};
+    QObject::connect(window, &FriendRequestNotice::contentClickSignal, recorder,
+                     [recorder]() { recorder->mark(QStringLiteral("content")); });
+}
 
 } // namespace
 
@@ -182,14 +120,14 @@ void TestFriendRequestNotice::sizeAndTexts()
     QCOMPARE(m_window->minimumSize(), QSize(297, 107));
     QCOMPARE(m_window->maximumSize(), QSize(297, 107));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("New Message"));
-    QCOMPARE(label(m_window, "nameLabel")->text(), QStringLiteral("Friend request"));
-    QCOMPARE(label(m_window, "countLabel")->text(), QStringLiteral("1"));
-    QCOMPARE(label(m_window, "nameLabel")->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
-    QCOMPARE(label(m_window, "countLabel")->property("PropertyStyle").toString(),
+    QCOMPARE(H::label(m_window, "nameLabel")->text(), QStringLiteral("Friend request"));
+    QCOMPARE(H::label(m_window, "countLabel")->text(), QStringLiteral("1"));
+    QCOMPARE(H::label(m_window, "nameLabel")->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageTitle"));
+    QCOMPARE(H::label(m_window, "countLabel")->property("PropertyStyle").toString(),
              QStringLiteral("QLabel_MessageTitle"));
-    QCOMPARE(label(m_window, "nameLabel")->font().pixelSize(), 14);
-    QCOMPARE(label(m_window, "countLabel")->font().weight(), int(QFont::Medium));
-    QLabel* icon = label(m_window, "iconLabel");
+    QCOMPARE(H::label(m_window, "nameLabel")->font().pixelSize(), 14);
+    QCOMPARE(H::label(m_window, "countLabel")->font().weight(), int(QFont::Medium));
+    QLabel* icon = H::label(m_window, "iconLabel");
     QCOMPARE(icon->size(), QSize(20, 20));
     const QPixmap pixmap = icon->pixmap(Qt::ReturnByValue);
     QVERIFY(!pixmap.isNull());
@@ -206,7 +144,7 @@ void TestFriendRequestNotice::countIsAlwaysOne()
         windows.last()->popNotice();
     }
     for (const QPointer<FriendRequestNotice>& window : windows)
-        QCOMPARE(label(window, "countLabel")->text(), QStringLiteral("1"));
+        QCOMPARE(H::label(window, "countLabel")->text(), QStringLiteral("1"));
     // Intended: the class adds one signal and no way to change the count.
     const QMetaObject* meta = &FriendRequestNotice::staticMetaObject;
     QCOMPARE(meta->methodCount() - meta->superClass()->methodCount(), 1);
@@ -220,22 +158,22 @@ void TestFriendRequestNotice::countIsAlwaysOne()
 void TestFriendRequestNotice::layoutOfContent()
 {
     open();
-    QLayout* layout = content(m_window)->layout();
+    QLayout* layout = H::contentWidget(m_window)->layout();
     QVERIFY(qobject_cast<QHBoxLayout*>(layout));
     QCOMPARE(layout->contentsMargins(), QMargins(35, 13, 35, 13));
     QCOMPARE(layout->spacing(), 0);
     QCOMPARE(layout->count(), 5);
-    QCOMPARE(layout->itemAt(0)->widget(), label(m_window, "iconLabel"));
+    QCOMPARE(layout->itemAt(0)->widget(), H::label(m_window, "iconLabel"));
     QCOMPARE(layout->itemAt(1)->spacerItem()->sizeHint().width(), 12);
-    QCOMPARE(layout->itemAt(2)->widget(), label(m_window, "nameLabel"));
+    QCOMPARE(layout->itemAt(2)->widget(), H::label(m_window, "nameLabel"));
     QVERIFY(layout->itemAt(3)->spacerItem());
-    QCOMPARE(layout->itemAt(4)->widget(), label(m_window, "countLabel"));
+    QCOMPARE(layout->itemAt(4)->widget(), H::label(m_window, "countLabel"));
     // The panel under the 30-pixel title, inside the shadow.
     QCOMPARE(drawnPanel(m_window), QRect(10, 40, 277, 57));
-    const QRect icon = rectOf(m_window, label(m_window, "iconLabel"));
+    const QRect icon = rectOf(m_window, H::label(m_window, "iconLabel"));
     QCOMPARE(icon.left(), 10 + 35);
-    QCOMPARE(rectOf(m_window, label(m_window, "nameLabel")).left(), icon.right() + 1 + 12);
-    QCOMPARE(rectOf(m_window, label(m_window, "countLabel")).right(), 286 - 35);
+    QCOMPARE(rectOf(m_window, H::label(m_window, "nameLabel")).left(), icon.right() + 1 + 12);
+    QCOMPARE(rectOf(m_window, H::label(m_window, "countLabel")).right(), 286 - 35);
 }
 
 // Clicks at the drawn panel's four edges: the hit area is the panel moved 10 pixels up and left.
@@ -270,7 +208,7 @@ void TestFriendRequestNotice::hitAreaAtPanelEdges()
     clickAt(m_window, pos);
     QCOMPARE(spy.count(), hits ? 1 : 0);
     QCOMPARE(shown(m_window), !hits);
-    QCOMPARE(clicks().size(), hits ? 1 : 0);
+    QCOMPARE(H::clicks().size(), hits ? 1 : 0);
     H::runDeferredDeletes();
     QCOMPARE(m_window.isNull(), hits);
 }
@@ -279,10 +217,11 @@ void TestFriendRequestNotice::hitAreaAtPanelEdges()
 void TestFriendRequestNotice::contentClickEmitsClosesThenTracks()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     clickAt(m_window, QPoint(150, 60));
     // Intended order: signal, close, tracking.
-    QCOMPARE(recorder.joined(), QStringLiteral("content(visible=yes) close PushClick(check_up=true,visible=no)"));
+    QCOMPARE(recorder.joined(), QStringLiteral("content(yes) close PushClick(true,no)"));
     H::runDeferredDeletes();
     QVERIFY(m_window.isNull());
 }
@@ -293,7 +232,7 @@ void TestFriendRequestNotice::contentClickTracksItsMap()
     open();
     clickAt(m_window, QPoint(150, 60));
     QCOMPARE(VyrTrack::instance()->events().size(), 1);
-    const QMap<QString, QVariant> data = clicks().value(0).second;
+    const QMap<QString, QVariant> data = H::clicks().value(0).second;
     QCOMPARE(data.value(QStringLiteral("push_body")), QVariant(QStringLiteral("1")));
     QCOMPARE(data.value(QStringLiteral("push_scenes")), QVariant(kScene));
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(true));
@@ -317,7 +256,8 @@ void TestFriendRequestNotice::anyButtonReleaseOnContentCounts()
 void TestFriendRequestNotice::releaseOffContentDoesNothing()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     clickAt(m_window, QPoint(150, 20));
     clickAt(m_window, QPoint(280, 90));
     QCOMPARE(recorder.joined(), QString());
@@ -330,11 +270,12 @@ void TestFriendRequestNotice::releaseOffContentDoesNothing()
 void TestFriendRequestNotice::closeButtonTracksFalseWithoutSignal()
 {
     open();
-    FriendNoticeRecorder recorder(m_window);
+    NoticeClickRecorder recorder(m_window);
+    markContent(&recorder, m_window);
     QTest::mouseClick(H::closeButton(m_window), Qt::LeftButton);
-    QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(check_up=false,visible=no)"));
-    QCOMPARE(clicks().size(), 1);
-    const QMap<QString, QVariant> data = clicks().value(0).second;
+    QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(false,no)"));
+    QCOMPARE(H::clicks().size(), 1);
+    const QMap<QString, QVariant> data = H::clicks().value(0).second;
     QCOMPARE(data.value(QStringLiteral("push_body")), QVariant(QStringLiteral("1")));
     QCOMPARE(data.value(QStringLiteral("push_scenes")), QVariant(kScene));
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(false));
@@ -372,11 +313,11 @@ void TestFriendRequestNotice::chineseTexts()
     QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
     open();
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("新消息"));
-    QCOMPARE(label(m_window, "nameLabel")->text(), QStringLiteral("好友申请"));
-    QCOMPARE(label(m_window, "countLabel")->text(), QStringLiteral("1"));
+    QCOMPARE(H::label(m_window, "nameLabel")->text(), QStringLiteral("好友申请"));
+    QCOMPARE(H::label(m_window, "countLabel")->text(), QStringLiteral("1"));
     clickAt(m_window, QPoint(150, 60));
-    QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_scenes")), QVariant(kScene));
-    QCOMPARE(clicks().value(0).second.value(QStringLiteral("push_title")), QVariant(QStringLiteral("新消息")));
+    QCOMPARE(H::clicks().value(0).second.value(QStringLiteral("push_scenes")), QVariant(kScene));
+    QCOMPARE(H::clicks().value(0).second.value(QStringLiteral("push_title")), QVariant(QStringLiteral("新消息")));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
 
@@ -393,7 +334,7 @@ void TestFriendRequestNotice::panelPixels()
     QVERIFY(PixelProbe::isNear(image, QPoint(270, 68), white));
     QVERIFY(PixelProbe::isNear(image, QPoint(20, 68), white));
     // The icon: blue strokes within its 20 by 20 pixels.
-    const QRect icon = rectOf(m_window, label(m_window, "iconLabel"));
+    const QRect icon = rectOf(m_window, H::label(m_window, "iconLabel"));
     QCOMPARE(icon, QRect(45, 58, 20, 20));
     const int blue = PixelProbe::countPixels(image, icon, [](QRgb p) {
         return qBlue(p) > 200 && qRed(p) < 120 && qAlpha(p) == 255;
@@ -401,8 +342,8 @@ void TestFriendRequestNotice::panelPixels()
     QVERIFY2(blue > 40, qPrintable(QString::number(blue)));
     // Dark text in the label and in the count.
     const auto dark = [](QRgb p) { return qGray(p) < 110; };
-    QVERIFY(PixelProbe::countPixels(image, rectOf(m_window, label(m_window, "nameLabel")), dark) > 20);
-    const QRect count = rectOf(m_window, label(m_window, "countLabel"));
+    QVERIFY(PixelProbe::countPixels(image, rectOf(m_window, H::label(m_window, "nameLabel")), dark) > 20);
+    const QRect count = rectOf(m_window, H::label(m_window, "countLabel"));
     QVERIFY(PixelProbe::countPixels(image, count, dark) > 3);
     // Nothing dark between the count and the panel's right edge.
     QCOMPARE(PixelProbe::countPixels(image, QRect(count.right() + 1, 41, 286 - count.right(), 55), dark), 0);
@@ -411,19 +352,13 @@ void TestFriendRequestNotice::panelPixels()
 // With VYR_SCREENSHOT_DIR set, the pop-up is saved as a picture in both languages (to look at).
 void TestFriendRequestNotice::screenshots()
 {
-    const QString dir = qEnvironmentVariable("VYR_SCREENSHOT_DIR");
+    const QString dir = H::screenshotDir();
     if (dir.isEmpty())
         QSKIP("VYR_SCREENSHOT_DIR not set");
-    QDir().mkpath(dir);
     for (const QString& language : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
         QVERIFY(TestKit::loadTranslations(language));
         open();
-        QImage canvas(337, 147, QImage::Format_ARGB32);
-        canvas.fill(QColor(0xE9, 0xEC, 0xEF));
-        QPainter painter(&canvas);
-        painter.drawImage(20, 20, H::grabCard(m_window));
-        painter.end();
-        QVERIFY(canvas.save(QStringLiteral("%1/friend-request-%2.png").arg(dir, language)));
+        QVERIFY(H::saveOnCanvas(m_window, QStringLiteral("%1/friend-request-%2.png").arg(dir, language)));
         delete m_window;
         H::runDeferredDeletes();
     }

@@ -58,11 +58,6 @@ QJsonObject lecture(const QString& coverUrl, const QJsonValue& status = 4,
     return info;
 }
 
-QLabel* label(QWidget* window, const char* name)
-{
-    return window->findChild<QLabel*>(QLatin1String(name));
-}
-
 } // namespace
 
 // The micro-course pop-up: its type and status checks, the cover over HTTP or the fallback, its buttons.
@@ -134,13 +129,13 @@ MicroCourseNoticeWidget* TestMicroCourseNotice::open(int type, const QJsonObject
 
 QColor TestMicroCourseNotice::iconColour(const QPoint& point)
 {
-    QLabel* icon = label(m_window, "m_iconLabel");
+    QLabel* icon = H::label(m_window, "m_iconLabel");
     return P::colourAt(P::grab(m_window), icon->mapTo(m_window, point));
 }
 
 void TestMicroCourseNotice::waitForCover()
 {
-    QLabel* icon = label(m_window, "m_iconLabel");
+    QLabel* icon = H::label(m_window, "m_iconLabel");
     QTRY_VERIFY_WITH_TIMEOUT(!icon->pixmap(Qt::ReturnByValue).isNull(), 5000);
 }
 
@@ -189,21 +184,21 @@ void TestMicroCourseNotice::textsAndSize()
     open(2, lecture(QString()));
     QCOMPARE(m_window->size(), QSize(328, 184));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Micro-lecture notice"));
-    QCOMPARE(label(m_window, "m_headingLabel")->text(), QStringLiteral("Fractions in five minutes"));
-    QCOMPARE(label(m_window, "m_contentLabel")->text(),
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Fractions in five minutes"));
+    QCOMPARE(H::label(m_window, "m_contentLabel")->text(),
              QStringLiteral("Your micro-lecture did not pass the review. Please revise it."));
-    QVERIFY(label(m_window, "m_contentLabel")->wordWrap());
-    QCOMPARE(label(m_window, "m_iconLabel")->size(), QSize(36, 20));
-    QCOMPARE(label(m_window, "m_headingLabel")->height(), 19);
+    QVERIFY(H::label(m_window, "m_contentLabel")->wordWrap());
+    QCOMPARE(H::label(m_window, "m_iconLabel")->size(), QSize(36, 20));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->height(), 19);
     // The cover's column starts 16 pixels below the heading's top.
-    QCOMPARE(label(m_window, "m_iconLabel")->y() - label(m_window, "m_headingLabel")->y(), 16);
+    QCOMPARE(H::label(m_window, "m_iconLabel")->y() - H::label(m_window, "m_headingLabel")->y(), 16);
 }
 
 // A long name is cut at 180 pixels, shorter than the other headings' 200; markup stays text.
 void TestMicroCourseNotice::headingIsCutAt180Pixels()
 {
     open(2, lecture(QString(), 4, QStringLiteral("<b>A very long micro-lecture name that never ends</b>")));
-    QLabel* heading = label(m_window, "m_headingLabel");
+    QLabel* heading = H::label(m_window, "m_headingLabel");
     const QFontMetrics metrics = heading->fontMetrics();
     const QString name = QStringLiteral("<b>A very long micro-lecture name that never ends</b>");
     QCOMPARE(heading->text(), metrics.elidedText(name, Qt::ElideRight, 180));
@@ -216,14 +211,14 @@ void TestMicroCourseNotice::headingIsCutAt180Pixels()
     // A mistyped name reads as empty.
     delete m_window;
     open(2, lecture(QString(), 4, 12345));
-    QCOMPARE(label(m_window, "m_headingLabel")->text(), QString());
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QString());
 }
 
 // An empty "coverUrl" asks nothing of the server and shows the fallback cover.
 void TestMicroCourseNotice::emptyCoverUrlStartsNoDownloadAndShowsTheFallback()
 {
     open(2, lecture(QString()));
-    QVERIFY(!label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue).isNull());
+    QVERIFY(!H::label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue).isNull());
     QTest::qWait(100);
     QCOMPARE(m_server.requestCount(), 0);
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) <= 8);
@@ -243,7 +238,7 @@ void TestMicroCourseNotice::downloadedCoverStandsInTheLabel()
     open(2, lecture(QStringLiteral("/covers/a.png")));
     waitForCover();
     QCOMPARE(m_server.requestCount("/covers/a.png"), 1);
-    const QPixmap pixmap = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
+    const QPixmap pixmap = H::label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
     QCOMPARE(pixmap.size() / pixmap.devicePixelRatio(), QSize(36, 20));
     QVERIFY(P::distance(iconColour(QPoint(18, 10)), kCoverColour) <= 8);
     QVERIFY(P::distance(iconColour(QPoint(2, 10)), kCoverColour) <= 8);
@@ -276,7 +271,7 @@ void TestMicroCourseNotice::failedDownloadShowsTheFallback()
     open(2, lecture(QStringLiteral("/covers/a.png")));
     waitForCover();
     // The fallback fills the 36 by 20 label.
-    const QPixmap shown = label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
+    const QPixmap shown = H::label(m_window, "m_iconLabel")->pixmap(Qt::ReturnByValue);
     QCOMPARE(shown.size() / shown.devicePixelRatio(), QSize(36, 20));
     QVERIFY(P::distance(iconColour(QPoint(4, 10)), kFallbackColour) <= 8);
     QVERIFY(P::distance(iconColour(QPoint(31, 10)), kFallbackColour) <= 8);
@@ -315,7 +310,7 @@ void TestMicroCourseNotice::answerAfterTheWindowClosedDeliversNothing()
     m_server.setReply("/covers/a.png", slow);
     open(2, lecture(QStringLiteral("/covers/a.png")));
     QTRY_COMPARE_WITH_TIMEOUT(m_server.requestCount("/covers/a.png"), 1, 5000);
-    QLabel* icon = label(m_window, "m_iconLabel");
+    QLabel* icon = H::label(m_window, "m_iconLabel");
     QVERIFY(icon->pixmap(Qt::ReturnByValue).isNull());
     m_window->close();
     H::runDeferredDeletes();
@@ -375,7 +370,7 @@ void TestMicroCourseNotice::chineseTexts()
     QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
     open(2, lecture(QString()));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("微课通知"));
-    QCOMPARE(label(m_window, "m_contentLabel")->text(), QStringLiteral("你的微课未通过审核，请修改后重新提交"));
+    QCOMPARE(H::label(m_window, "m_contentLabel")->text(), QStringLiteral("你的微课未通过审核，请修改后重新提交"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
 

@@ -41,16 +41,6 @@ const quint64 kCreator = 9;
 const QString kScene = QStringLiteral("学生端：收到通知二次提醒");
 const QString kDeleted = QStringLiteral("This notice has been deleted");
 
-QLabel* label(QWidget* window, const char* name)
-{
-    return window->findChild<QLabel*>(QLatin1String(name));
-}
-
-QPushButton* button(QWidget* window, const char* name)
-{
-    return window->findChild<QPushButton*>(QLatin1String(name));
-}
-
 QList<WaitingSpinnerWidget*> spinners(QWidget* window)
 {
     return window->findChildren<WaitingSpinnerWidget*>();
@@ -63,16 +53,6 @@ QList<QTimer*> loadingTimers(QWidget* window)
     for (QTimer* timer : window->findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly)) {
         if (timer->interval() == 300000)
             found << timer;
-    }
-    return found;
-}
-
-QList<VyrTrack::Event> clicks()
-{
-    QList<VyrTrack::Event> found;
-    for (const VyrTrack::Event& event : VyrTrack::instance()->events()) {
-        if (event.first == QLatin1String("PushClick"))
-            found << event;
     }
     return found;
 }
@@ -290,7 +270,7 @@ NoticeRemindNoticeWidget* TestNoticeRemindNoticeWidget::open(const QString& mess
 
 void TestNoticeRemindNoticeWidget::clickView()
 {
-    QTest::mouseClick(button(m_window, "viewNowBtn"), Qt::LeftButton);
+    QTest::mouseClick(H::button(m_window, "viewNowBtn"), Qt::LeftButton);
 }
 
 // 308 by 164 plus the shadow; the title, the two labels' names, sizes, sheets and plain text.
@@ -300,13 +280,13 @@ void TestNoticeRemindNoticeWidget::sizeTitleAndLabels()
     QCOMPARE(m_window->size(), QSize(328, 184));
     QCOMPARE(m_window->minimumSize(), m_window->maximumSize());
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Notice"));
-    QLabel* text = label(m_window, "messageContentLabel");
+    QLabel* text = H::label(m_window, "messageContentLabel");
     QCOMPARE(text->size(), QSize(215, 40));
     QCOMPARE(text->textFormat(), Qt::PlainText);
     QCOMPARE(text->styleSheet(), QStringLiteral("QLabel#messageContentLabel{font-size: 14px;font-weight: 400;"
                                                 "color: #232323;background-color:transparent;}"));
     QCOMPARE(text->text(), QStringLiteral("Ms Lin: Bring your books"));
-    QLabel* name = label(m_window, "clusterNameLabel");
+    QLabel* name = H::label(m_window, "clusterNameLabel");
     QCOMPARE(name->size(), QSize(215, 20));
     QCOMPARE(name->textFormat(), Qt::PlainText);
     QCOMPARE(name->styleSheet(), QStringLiteral("QLabel#clusterNameLabel{font-size: 14px;font-weight: 400;"
@@ -318,8 +298,8 @@ void TestNoticeRemindNoticeWidget::sizeTitleAndLabels()
 void TestNoticeRemindNoticeWidget::buttonsTextsFontsAndStyles()
 {
     open();
-    QPushButton* view = button(m_window, "viewNowBtn");
-    QPushButton* later = button(m_window, "m_laterBtn");
+    QPushButton* view = H::button(m_window, "viewNowBtn");
+    QPushButton* later = H::button(m_window, "m_laterBtn");
     QVERIFY(view && later);
     QCOMPARE(view->text(), QStringLiteral("View now"));
     QCOMPARE(later->text(), QStringLiteral("Later"));
@@ -344,20 +324,20 @@ void TestNoticeRemindNoticeWidget::layoutOfContent()
     QCOMPARE(main->itemAt(1)->spacerItem()->sizeHint().height(), 12);
     auto* buttons = qobject_cast<QHBoxLayout*>(main->itemAt(2)->layout());
     QCOMPARE(buttons->contentsMargins(), QMargins(0, 0, 6, 0));
-    QCOMPARE(buttons->itemAt(1)->widget(), button(m_window, "viewNowBtn"));
+    QCOMPARE(buttons->itemAt(1)->widget(), H::button(m_window, "viewNowBtn"));
     QCOMPARE(buttons->itemAt(2)->spacerItem()->sizeHint().width(), 10);
-    QCOMPARE(buttons->itemAt(3)->widget(), button(m_window, "m_laterBtn"));
+    QCOMPARE(buttons->itemAt(3)->widget(), H::button(m_window, "m_laterBtn"));
 
     auto at = [this](QWidget* child) { return QRect(child->mapTo(m_window, QPoint(0, 0)), child->size()); };
     // Content panel from (10, 40): margins 24 and 12.
-    const QRect text = at(label(m_window, "messageContentLabel"));
-    const QRect name = at(label(m_window, "clusterNameLabel"));
+    const QRect text = at(H::label(m_window, "messageContentLabel"));
+    const QRect name = at(H::label(m_window, "clusterNameLabel"));
     QCOMPARE(text.topLeft(), QPoint(10 + 24 + 36 + 12, 40 + 12));
     // The column asks 40 + 6 + 20 pixels of the 64 the row has, so the gap gives up two.
     QCOMPARE(text.bottom(), 40 + 12 + 40 - 1);
     QCOMPARE(name.top(), text.bottom() + 1 + 4);
-    const QRect view = at(button(m_window, "viewNowBtn"));
-    const QRect later = at(button(m_window, "m_laterBtn"));
+    const QRect view = at(H::button(m_window, "viewNowBtn"));
+    const QRect later = at(H::button(m_window, "m_laterBtn"));
     QCOMPARE(later.right(), 10 + 308 - 1 - 24 - 6);
     QCOMPARE(later.left(), view.right() + 1 + 10);
     QCOMPARE(later.bottom(), 40 + 134 - 1 - 20);
@@ -401,7 +381,7 @@ void TestNoticeRemindNoticeWidget::logsTheNicknameLookUp()
 void TestNoticeRemindNoticeWidget::lineBreaksBecomeBlanks()
 {
     open(QStringLiteral("a\nb\n\nc"));
-    QCOMPARE(label(m_window, "messageContentLabel")->text(), QStringLiteral("Ms Lin: a b  c"));
+    QCOMPARE(H::label(m_window, "messageContentLabel")->text(), QStringLiteral("Ms Lin: a b  c"));
     QCOMPARE(NoticeRemindText::fit(QStringLiteral("x\ny")), QStringLiteral("x y"));
 }
 
@@ -409,7 +389,7 @@ void TestNoticeRemindNoticeWidget::lineBreaksBecomeBlanks()
 void TestNoticeRemindNoticeWidget::oneLineStaysWithoutEllipsis()
 {
     open(QStringLiteral("ok"));
-    const QString text = label(m_window, "messageContentLabel")->text();
+    const QString text = H::label(m_window, "messageContentLabel")->text();
     QCOMPARE(text, QStringLiteral("Ms Lin: ok"));
     QVERIFY(!text.contains(QLatin1Char('\n')));
 }
@@ -423,7 +403,7 @@ void TestNoticeRemindNoticeWidget::exactlyTwoLinesEndWithoutEllipsis()
     const QString message = words(count);
     QCOMPARE(naturalLines(QStringLiteral("Ms Lin: ") + message), 2);
     open(message);
-    const QString text = label(m_window, "messageContentLabel")->text();
+    const QString text = H::label(m_window, "messageContentLabel")->text();
     QCOMPARE(text.count(QLatin1Char('\n')), 1);
     QVERIFY(!text.contains(QChar(0x2026)));
     QVERIFY(!text.endsWith(QLatin1String("...")));
@@ -434,7 +414,7 @@ void TestNoticeRemindNoticeWidget::exactlyTwoLinesEndWithoutEllipsis()
 void TestNoticeRemindNoticeWidget::longerTextEndsElided()
 {
     open(words(80));
-    const QString text = label(m_window, "messageContentLabel")->text();
+    const QString text = H::label(m_window, "messageContentLabel")->text();
     const QStringList lines = text.split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 2);
     QVERIFY(lines[1].endsWith(QChar(0x2026)));
@@ -479,7 +459,7 @@ void TestNoticeRemindNoticeWidget::exactText()
     const quint64 sender = 31;
     VyrEngine::ContactsEngine::instance()->setClusterMemberNickname(kGid, sender, nickname);
     open(message, kGid, sender);
-    QCOMPARE(label(m_window, "messageContentLabel")->text(), expected);
+    QCOMPARE(H::label(m_window, "messageContentLabel")->text(), expected);
     QCOMPARE(NoticeRemindText::compose(nickname, message), expected);
 }
 
@@ -499,7 +479,7 @@ void TestNoticeRemindNoticeWidget::emptyAndHugeMessages()
     QFETCH(QString, message);
     QFETCH(QString, expected);
     open(message);
-    const QString text = label(m_window, "messageContentLabel")->text();
+    const QString text = H::label(m_window, "messageContentLabel")->text();
     if (!expected.isNull()) {
         QCOMPARE(text, expected);
         return;
@@ -515,18 +495,18 @@ void TestNoticeRemindNoticeWidget::emptyAndHugeMessages()
 void TestNoticeRemindNoticeWidget::unknownNicknameGivesEmptyName()
 {
     open(QStringLiteral("hi"), kGid, 12345);
-    QCOMPARE(label(m_window, "messageContentLabel")->text(), QStringLiteral(": hi"));
-    QCOMPARE(label(m_window, "clusterNameLabel")->text(), QStringLiteral("Class 7A"));
+    QCOMPARE(H::label(m_window, "messageContentLabel")->text(), QStringLiteral(": hi"));
+    QCOMPARE(H::label(m_window, "clusterNameLabel")->text(), QStringLiteral("Class 7A"));
 }
 
 // An unknown cluster leaves the name label empty; text, avatar and buttons stand.
 void TestNoticeRemindNoticeWidget::unknownClusterLeavesNameEmpty()
 {
     open(QStringLiteral("hi"), 999, kCreator);
-    QVERIFY(label(m_window, "clusterNameLabel")->text().isEmpty());
-    QCOMPARE(label(m_window, "messageContentLabel")->text(), QStringLiteral(": hi"));
-    QVERIFY(button(m_window, "viewNowBtn")->isVisible());
-    QVERIFY(button(m_window, "m_laterBtn")->isVisible());
+    QVERIFY(H::label(m_window, "clusterNameLabel")->text().isEmpty());
+    QCOMPARE(H::label(m_window, "messageContentLabel")->text(), QStringLiteral(": hi"));
+    QVERIFY(H::button(m_window, "viewNowBtn")->isVisible());
+    QVERIFY(H::button(m_window, "m_laterBtn")->isVisible());
 }
 
 // The cluster name is simplified, then cut at 215 pixels with an ellipsis.
@@ -534,11 +514,11 @@ void TestNoticeRemindNoticeWidget::clusterNameSimplifiedAndElided()
 {
     VyrEngine::ContactsEngine::instance()->putCluster(kGid, QStringLiteral("  Class \n  7A\t "));
     open();
-    QCOMPARE(label(m_window, "clusterNameLabel")->text(), QStringLiteral("Class 7A"));
+    QCOMPARE(H::label(m_window, "clusterNameLabel")->text(), QStringLiteral("Class 7A"));
     delete m_window;
     VyrEngine::ContactsEngine::instance()->putCluster(kGid, words(60));
     open();
-    const QString name = label(m_window, "clusterNameLabel")->text();
+    const QString name = H::label(m_window, "clusterNameLabel")->text();
     QVERIFY(name.endsWith(QChar(0x2026)));
     QVERIFY(drawnWidth(name) <= 215);
     QVERIFY(name.startsWith(QLatin1String("w1 w2")));
@@ -568,10 +548,10 @@ void TestNoticeRemindNoticeWidget::laterClosesThenTracksFalse()
     bool visibleWhenTracked = true;
     connect(VyrTrack::instance(), &VyrTrack::tracked, m_window,
             [this, &visibleWhenTracked]() { visibleWhenTracked = m_window->isVisible(); });
-    QTest::mouseClick(button(m_window, "m_laterBtn"), Qt::LeftButton);
+    QTest::mouseClick(H::button(m_window, "m_laterBtn"), Qt::LeftButton);
     QVERIFY(!visibleWhenTracked);
-    QCOMPARE(clicks().size(), 1);
-    const QMap<QString, QVariant> data = clicks()[0].second;
+    QCOMPARE(H::clicks().size(), 1);
+    const QMap<QString, QVariant> data = H::clicks()[0].second;
     QCOMPARE(data.value(QStringLiteral("push_body")).toString(), QStringLiteral("Ms Lin: Bring your books"));
     QCOMPARE(data.value(QStringLiteral("push_scenes")).toString(), kScene);
     QCOMPARE(data.value(QStringLiteral("check_up")), QVariant(false));
@@ -588,9 +568,9 @@ void TestNoticeRemindNoticeWidget::closeButtonTracksFalse()
     open();
     QTest::mouseClick(H::closeButton(m_window), Qt::LeftButton);
     QVERIFY(!m_window->isVisible());
-    QCOMPARE(clicks().size(), 1);
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("check_up")), QVariant(false));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
+    QCOMPARE(H::clicks().size(), 1);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("check_up")), QVariant(false));
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
     H::runDeferredDeletes();
     QVERIFY(m_window.isNull());
 }
@@ -615,9 +595,9 @@ void TestNoticeRemindNoticeWidget::viewStartsRequestSpinnerAndTracksAtOnce()
     QCOMPARE(loadingTimers(m_window).size(), 1);
     QVERIFY(loadingTimers(m_window)[0]->isActive());
     // Tracked before any answer.
-    QCOMPARE(clicks().size(), 1);
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("check_up")), QVariant(true));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_body")).toString(),
+    QCOMPARE(H::clicks().size(), 1);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("check_up")), QVariant(true));
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_body")).toString(),
              QStringLiteral("Ms Lin: Bring your books"));
     QTRY_COMPARE(m_server->requestCount(path()), 1);
     const VyrDev::HttpRequestRecord request = m_server->requests()[0];
@@ -764,8 +744,8 @@ void TestNoticeRemindNoticeWidget::secondClickLeavesTheFirstSpinnerBehind()
     clickView();
     QCOMPARE(spinners(m_window).size(), 2);
     QCOMPARE(loadingTimers(m_window).size(), 2);
-    QVERIFY(button(m_window, "viewNowBtn")->isEnabled());
-    QCOMPARE(clicks().size(), 2);
+    QVERIFY(H::button(m_window, "viewNowBtn")->isEnabled());
+    QCOMPARE(H::clicks().size(), 2);
     QTRY_COMPARE(m_server->requestCount(path()), 2);
     // The first answer stops the members' spinner, the second one; the first stays spinning
     // under the window until it goes. Seen as the answer closes the window.
@@ -862,7 +842,7 @@ void TestNoticeRemindNoticeWidget::stateTable()
     if (event == QLatin1String("view"))
         clickView();
     else if (event == QLatin1String("later"))
-        QTest::mouseClick(button(m_window, "m_laterBtn"), Qt::LeftButton);
+        QTest::mouseClick(H::button(m_window, "m_laterBtn"), Qt::LeftButton);
     else if (event == QLatin1String("close"))
         QTest::mouseClick(H::closeButton(m_window), Qt::LeftButton);
     else if (event == QLatin1String("timeout"))
@@ -924,11 +904,11 @@ void TestNoticeRemindNoticeWidget::chineseTexts()
     m_server->setReply(path(), VyrDev::HttpReply::json(R"({"error_info":{"errno":3}})"));
     open();
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("通知"));
-    QCOMPARE(button(m_window, "viewNowBtn")->text(), QStringLiteral("立即查看"));
-    QCOMPARE(button(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
+    QCOMPARE(H::button(m_window, "viewNowBtn")->text(), QStringLiteral("立即查看"));
+    QCOMPARE(H::button(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
     clickView();
     QCOMPARE(spinners(m_window).value(0)->text(), QStringLiteral("请求中..."));
-    QCOMPARE(clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
+    QCOMPARE(H::clicks()[0].second.value(QStringLiteral("push_scenes")).toString(), kScene);
     QTRY_COMPARE(SimpleMessagePopup::openPopups().size(), 1);
     QCOMPARE(SimpleMessagePopup::openPopups()[0]->text(), QStringLiteral("该通知已被删除"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));

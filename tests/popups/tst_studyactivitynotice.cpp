@@ -53,12 +53,6 @@ QSharedPointer<StudyActivityNoticeWidgetDisplayPod> display(const QString& conte
         QStringLiteral("body-y"), true);
 }
 
-template <typename T>
-T* child(QWidget* window, const char* name)
-{
-    return window->findChild<T*>(QLatin1String(name));
-}
-
 } // namespace
 
 // The study activity pop-up: the host's words, its buttons and the outside signals that close or refill it.
@@ -136,18 +130,18 @@ void TestStudyActivityNotice::sizeAndTheHostsTexts()
     open(appendix());
     QCOMPARE(m_window->size(), QSize(328, 184));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Study activity"));
-    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
-    QVERIFY(child<QLabel>(m_window, "m_headingLabel")->isVisible());
-    QCOMPARE(child<QPushButton>(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("View details"));
-    QCOMPARE(child<QPushButton>(m_window, "m_laterBtn")->text(), QStringLiteral("Later"));
-    QCOMPARE(child<QPushButton>(m_window, "m_viewDetailsBtn")->size(), QSize(86, 26));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
+    QVERIFY(H::label(m_window, "m_headingLabel")->isVisible());
+    QCOMPARE(H::button(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("View details"));
+    QCOMPARE(H::button(m_window, "m_laterBtn")->text(), QStringLiteral("Later"));
+    QCOMPARE(H::button(m_window, "m_viewDetailsBtn")->size(), QSize(86, 26));
 }
 
 // The host's rich text goes in as it comes: its markup renders, its entities aren't escaped twice.
 void TestStudyActivityNotice::contentIsRichTextUnescaped()
 {
     open(appendix(), display(QStringLiteral("Read <b>chapter 4</b> &amp; answer")));
-    auto* browser = child<QTextBrowser>(m_window, "m_contentBrowser");
+    auto* browser = H::browser(m_window, "m_contentBrowser");
     QCOMPARE(browser->toPlainText(), QStringLiteral("Read chapter 4 & answer"));
     QVERIFY(browser->toHtml().contains(QStringLiteral("font-weight:600")));
     QVERIFY(!browser->toPlainText().contains(QStringLiteral("<b>")));
@@ -172,7 +166,7 @@ void TestStudyActivityNotice::coverOfTheCourseStandsInTheIcon()
 {
     CourseEngine::instance()->putCoursePixmap(7, kCourse, P::pixmap(QSize(72, 72), QColor(200, 30, 40)));
     open(appendix());
-    auto* icon = child<QLabel>(m_window, "m_iconLabel");
+    auto* icon = H::label(m_window, "m_iconLabel");
     QCOMPARE(icon->size(), QSize(36, 36));
     const QImage card = P::grab(m_window);
     const QPoint centre = icon->mapTo(m_window, QPoint(18, 18));
@@ -206,7 +200,7 @@ void TestStudyActivityNotice::buttonOrder()
             });
     QAbstractButton* target = button == QLatin1String("close")
                                   ? static_cast<QAbstractButton*>(H::closeButton(m_window))
-                                  : child<QPushButton>(m_window, qPrintable(button));
+                                  : H::button(m_window, qPrintable(button));
     target->click();
     QCOMPARE(recorder.joined(), expected);
     if (button == QLatin1String("m_viewDetailsBtn")) {
@@ -223,7 +217,7 @@ void TestStudyActivityNotice::buttonOrder()
 void TestStudyActivityNotice::trackingCarriesTheDisplayRecordsScenesAndBody()
 {
     open(appendix());
-    child<QPushButton>(m_window, "m_laterBtn")->click();
+    H::button(m_window, "m_laterBtn")->click();
     const QList<VyrTrack::Event> clicks = KitFixture::trackedEvents(QStringLiteral("PushClick"));
     QCOMPARE(clicks.size(), 1);
     const QVariantMap data = clicks.first().second;
@@ -250,10 +244,10 @@ void TestStudyActivityNotice::deadViewDetailsButton()
     NoticeClickRecorder recorder(m_window);
     connect(m_window, &StudyActivityNoticeWidget::signalSeeDetails, &recorder,
             [&]() { recorder.mark(QStringLiteral("details")); });
-    child<QPushButton>(m_window, "m_viewDetailsBtn")->click();
+    H::button(m_window, "m_viewDetailsBtn")->click();
     QCOMPARE(recorder.joined(), QString());
     QVERIFY(m_window->isVisible());
-    child<QPushButton>(m_window, "m_laterBtn")->click();
+    H::button(m_window, "m_laterBtn")->click();
     QCOMPARE(recorder.joined(), QStringLiteral("PushClick(false,yes) close"));
 }
 
@@ -359,10 +353,10 @@ void TestStudyActivityNotice::userChangeRefills()
     QCoreApplication::processEvents();
     QCOMPARE(asked.count(), refills ? 1 : 0);
     const QImage card = P::grab(m_window);
-    auto* icon = child<QLabel>(m_window, "m_iconLabel");
+    auto* icon = H::label(m_window, "m_iconLabel");
     QCOMPARE(P::isNear(card, icon->mapTo(m_window, QPoint(18, 18)), QColor(20, 40, 220), 8), refills);
     // Same words after the refill.
-    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
 }
 
 // A missing display record leaves the key's title and no text, without a crash.
@@ -370,8 +364,8 @@ void TestStudyActivityNotice::nullDisplayRecordIsQuiet()
 {
     open(appendix(), {});
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Homework notice"));
-    QVERIFY(child<QTextBrowser>(m_window, "m_contentBrowser")->toPlainText().isEmpty());
-    child<QPushButton>(m_window, "m_viewDetailsBtn")->click();
+    QVERIFY(H::browser(m_window, "m_contentBrowser")->toPlainText().isEmpty());
+    H::button(m_window, "m_viewDetailsBtn")->click();
     const QList<VyrTrack::Event> clicks = KitFixture::trackedEvents(QStringLiteral("PushClick"));
     QCOMPARE(clicks.size(), 1);
     QCOMPARE(clicks.first().second.value("push_scenes").toString(), QString());
@@ -382,8 +376,8 @@ void TestStudyActivityNotice::chineseButtons()
 {
     QVERIFY(TestKit::loadTranslations(QStringLiteral("zh_CN")));
     open(appendix());
-    QCOMPARE(child<QPushButton>(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("查看详情"));
-    QCOMPARE(child<QPushButton>(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
+    QCOMPARE(H::button(m_window, "m_viewDetailsBtn")->text(), QStringLiteral("查看详情"));
+    QCOMPARE(H::button(m_window, "m_laterBtn")->text(), QStringLiteral("稍后"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
 
@@ -394,7 +388,7 @@ void TestStudyActivityNotice::headingIsCutAt200Pixels()
     auto record = display();
     record->headingText = heading;
     open(appendix(), record);
-    QLabel* label = child<QLabel>(m_window, "m_headingLabel");
+    QLabel* label = H::label(m_window, "m_headingLabel");
     const QString shown = label->text();
     const QFontMetrics metrics(label->font());
     QVERIFY2(metrics.horizontalAdvance(heading) > 220, "the heading must be longer than the cut");
@@ -409,15 +403,15 @@ void TestStudyActivityNotice::headingIsCutAt200Pixels()
 void TestStudyActivityNotice::headingStandsAboveTheText()
 {
     open(appendix());
-    QLabel* heading = child<QLabel>(m_window, "m_headingLabel");
-    auto* browser = child<QTextBrowser>(m_window, "m_contentBrowser");
+    QLabel* heading = H::label(m_window, "m_headingLabel");
+    auto* browser = H::browser(m_window, "m_contentBrowser");
     QCOMPARE(heading->height(), 19);
     const QPoint headingAt = heading->mapTo(m_window, QPoint(0, 0));
     const QPoint browserAt = browser->mapTo(m_window, QPoint(0, 0));
     QCOMPARE(browserAt.x(), headingAt.x());
     QCOMPARE(browserAt.y() - (headingAt.y() + 19), 4);
     // The column starts 12 right of the 36-pixel icon, level with its top.
-    const QPoint iconAt = child<QLabel>(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
+    const QPoint iconAt = H::label(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
     QCOMPARE(headingAt, QPoint(iconAt.x() + 36 + 12, iconAt.y()));
 }
 
@@ -432,7 +426,7 @@ void TestStudyActivityNotice::deadViewDetailsLeavesTheCloseButton()
     QFETCH(int, kind);
     open(appendix(Appendix(kind)));
     NoticeClickRecorder recorder(m_window);
-    child<QPushButton>(m_window, "m_viewDetailsBtn")->click();
+    H::button(m_window, "m_viewDetailsBtn")->click();
     H::closeButton(m_window)->click();
     QCOMPARE(recorder.joined(), QStringLiteral("close PushClick(false,no)"));
     H::runDeferredDeletes();
@@ -450,12 +444,12 @@ void TestStudyActivityNotice::refillReadsTheRecordAgain()
     // Nothing changes before the logged-in user's data does.
     ContactsEngine::instance()->changeUsers({5});
     QCoreApplication::processEvents();
-    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Reading week"));
     ContactsEngine::instance()->changeUsers({kUser});
     QCoreApplication::processEvents();
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("Study activity, changed"));
-    QCOMPARE(child<QLabel>(m_window, "m_headingLabel")->text(), QStringLiteral("Exam week"));
-    QCOMPARE(child<QTextBrowser>(m_window, "m_contentBrowser")->toPlainText(), QStringLiteral("Bring pencils"));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Exam week"));
+    QCOMPARE(H::browser(m_window, "m_contentBrowser")->toPlainText(), QStringLiteral("Bring pencils"));
 }
 
 QTEST_MAIN(TestStudyActivityNotice)

@@ -39,11 +39,6 @@ QSharedPointer<SnapshotLesson> lesson(qint32 role, const QString& name = QString
     return QSharedPointer<SnapshotLesson>::create(snapshot);
 }
 
-QLabel* label(QWidget* window, const char* name)
-{
-    return window->findChild<QLabel*>(QLatin1String(name));
-}
-
 } // namespace
 
 // The study report pop-up: the two roles, the heading's name, the lesson's sentence, the buttons.
@@ -136,8 +131,8 @@ void TestStudyReportNotice::roles()
     QCOMPARE(m_window->size(), QSize(328, 184));
     QCOMPARE(H::titleLabel(m_window)->text(), title);
     // The cluster's name replaces the heading that initUi set.
-    QCOMPARE(label(m_window, "m_headingLabel")->text(), QStringLiteral("Class 3A"));
-    QLabel* content = label(m_window, "m_contentLabel");
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Class 3A"));
+    QLabel* content = H::label(m_window, "m_contentLabel");
     QTextDocument document;
     document.setHtml(content->text());
     QCOMPARE(document.toPlainText().replace(QChar(0xA0), QLatin1Char(' ')), text);
@@ -196,7 +191,7 @@ void TestStudyReportNotice::headingName()
 
     LogCapture log;
     open(lesson(1, QStringLiteral("Algebra"), lessonType));
-    QCOMPARE(label(m_window, "m_headingLabel")->text(), heading);
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), heading);
     const QList<LogCapture::Line> lines = log.startingWith(kFailedLog);
     QCOMPARE(lines.size(), logged ? 1 : 0);
     if (logged) {
@@ -211,7 +206,7 @@ void TestStudyReportNotice::lessonNameIsEscapedOnScreenAndPlainInTracking()
 {
     ContactsEngine::instance()->putCluster(kCourse, QStringLiteral("Class 3A"));
     open(lesson(1, QStringLiteral("<i>x</i>&y")));
-    QLabel* content = label(m_window, "m_contentLabel");
+    QLabel* content = H::label(m_window, "m_contentLabel");
     QVERIFY(content->text().contains(QStringLiteral("&lt;i&gt;x&lt;/i&gt;&amp;y")));
     QVERIFY(content->text().contains(QStringLiteral("color: #009265;")));
     m_window->findChild<QPushButton*>(QStringLiteral("m_laterBtn"))->click();
@@ -236,7 +231,7 @@ void TestStudyReportNotice::oneSpanForEveryCountry()
     ContactsEngine::instance()->putCluster(kCourse, QStringLiteral("Class 3A"));
     open(lesson(1));
     QCOMPARE(m_window->locale().country(), locale.country());
-    QVERIFY(label(m_window, "m_contentLabel")
+    QVERIFY(H::label(m_window, "m_contentLabel")
                 ->text()
                 .contains(QStringLiteral("<span style='color: #009265;'>&nbsp;&nbsp;&quot;Algebra&quot;&nbsp;&nbsp;</span>")));
 }
@@ -248,8 +243,8 @@ void TestStudyReportNotice::pendingLessonInfoKeepsTheFirstPicture()
     CourseEngine::instance()->putCoursePixmap(kSchool, kCourse, P::pixmap(QSize(72, 72), QColor(210, 40, 40)));
     CourseEngine::instance()->setHoldFutures(true);
     open(lesson(1), false);
-    QLabel* content = label(m_window, "m_contentLabel");
-    QLabel* icon = label(m_window, "m_iconLabel");
+    QLabel* content = H::label(m_window, "m_contentLabel");
+    QLabel* icon = H::label(m_window, "m_iconLabel");
     QCOMPARE(icon->size(), QSize(36, 36));
     QVERIFY(content->text().isEmpty());
     const QPoint middle = icon->mapTo(m_window, QPoint(5, 18));
@@ -352,7 +347,7 @@ void TestStudyReportNotice::nullLessonClosesQuietly()
 {
     LogCapture log;
     m_window = new StudyReportNoticeWidget(QSharedPointer<SnapshotLesson>());
-    QCOMPARE(label(m_window, "m_headingLabel")->text(), QStringLiteral("Unkown"));
+    QCOMPARE(H::label(m_window, "m_headingLabel")->text(), QStringLiteral("Unkown"));
     QVERIFY(log.startingWith(kFailedLog).isEmpty());
     int requests = 0;
     QMetaObject::Connection c = connect(ImSignalObject::instance(), &ImSignalObject::signalStudyReportClicked, this,
@@ -382,7 +377,7 @@ void TestStudyReportNotice::chineseTexts()
     ContactsEngine::instance()->putCluster(kCourse, QStringLiteral("三年级一班"));
     open(lesson(2));
     QCOMPARE(H::titleLabel(m_window)->text(), QStringLiteral("教学报告"));
-    QVERIFY(label(m_window, "m_contentLabel")->text().endsWith(QStringLiteral("的教学报告已生成")));
+    QVERIFY(H::label(m_window, "m_contentLabel")->text().endsWith(QStringLiteral("的教学报告已生成")));
     QCOMPARE(m_window->findChild<QPushButton*>(QStringLiteral("m_viewDetailsBtn"))->text(), QStringLiteral("查看详情"));
     QVERIFY(TestKit::loadTranslations(QStringLiteral("en")));
 }
@@ -393,7 +388,7 @@ void TestStudyReportNotice::headingIsCutAt200Pixels()
     const QString name = QStringLiteral("Class 3A of the evening school for adult learners in the north");
     ContactsEngine::instance()->putCluster(kCourse, name);
     open(lesson(1));
-    QLabel* heading = label(m_window, "m_headingLabel");
+    QLabel* heading = H::label(m_window, "m_headingLabel");
     const QFontMetrics metrics(heading->font());
     QVERIFY2(metrics.horizontalAdvance(name) > 220, "the name must be longer than the cut");
     const QString shown = heading->text();
@@ -407,8 +402,8 @@ void TestStudyReportNotice::contentLabelUnderTheHeading()
 {
     ContactsEngine::instance()->putCluster(kCourse, QStringLiteral("Class 3A"));
     open(lesson(1));
-    QLabel* heading = label(m_window, "m_headingLabel");
-    QLabel* content = label(m_window, "m_contentLabel");
+    QLabel* heading = H::label(m_window, "m_headingLabel");
+    QLabel* content = H::label(m_window, "m_contentLabel");
     QVERIFY(content->wordWrap());
     QCOMPARE(int(content->alignment() & Qt::AlignVertical_Mask), int(Qt::AlignTop));
     QCOMPARE(content->property("PropertyStyle").toString(), QStringLiteral("QLabel_MessageContent"));
@@ -420,7 +415,7 @@ void TestStudyReportNotice::contentLabelUnderTheHeading()
     const QPoint contentAt = content->mapTo(m_window, QPoint(0, 0));
     QCOMPARE(contentAt.x(), headingAt.x());
     QCOMPARE(contentAt.y() - (headingAt.y() + 19), 4);
-    const QPoint iconAt = label(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
+    const QPoint iconAt = H::label(m_window, "m_iconLabel")->mapTo(m_window, QPoint(0, 0));
     QCOMPARE(iconAt, QPoint(10 + 24, 40 + 12));
     QCOMPARE(headingAt, QPoint(iconAt.x() + 36 + 12, iconAt.y()));
     // A short sentence stays at the top of its label, not in its middle.

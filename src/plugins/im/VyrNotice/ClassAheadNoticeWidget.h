@@ -1,53 +1,16 @@
 #pragma once
 
-#include "LessonInfo.h"
-#include "SnapshotLesson.h"
-#include "VyrNoticeExport.h"
-
-#include <QPointer>
-#include <QSharedPointer>
-#include <QString>
-#include <QWidget>
-
-class PopNoticeBaseWidget;
-class QLabel;
-class QPushButton;
-class QTextBrowser;
+#include "LessonPage_p.h"
 
 // The class notice page of a lesson that starts later: the course's cover,
 // the heading, when the lesson starts, and the known button, which only
 // dismisses the notice.
-class VYRNOTICE_TESTS_EXPORT ClassAheadNoticeWidget : public QWidget
+class VYRNOTICE_TESTS_EXPORT ClassAheadNoticeWidget : public LessonPage
 {
     Q_OBJECT
 public:
     explicit ClassAheadNoticeWidget(QWidget* parent);
 
-    // Sets `name` as the heading; with a lesson, fetches its details and fills the text.
-    void setLessonData(QSharedPointer<VyrEngine::SnapshotLesson> lesson, QString name);
-    void setCurrentPage(bool isCurrentPage);
-    // The text that tracking reports: the whole lesson name, no markup.
-    QString pushBody();
-
-signals:
-    void signalClose();
-
-private slots:
-    void onCoursePixmapChanged(qulonglong schoolId, qulonglong courseId);
-
-private:
-    void initUi();
-    void applyText(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
-                   const QSharedPointer<VyrEngine::LessonInfo>& info);
-    void loadCover();
-
-    QPointer<PopNoticeBaseWidget> m_ownerWindow;
-    QLabel* m_iconLabel = nullptr;
-    QLabel* m_headingLabel = nullptr;
-    QTextBrowser* m_contentBrowser = nullptr;
-    QPushButton* m_enterBtn = nullptr;
-    quint64 m_schoolId = 0;
-    quint64 m_courseId = 0;
-    bool m_isCurrentPage = false;
-    QString m_pushBody;
+protected:
+    void applyText(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson, const QString& lessonName) override;
 };

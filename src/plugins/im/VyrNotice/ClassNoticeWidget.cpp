@@ -1,5 +1,6 @@
 #include "ClassNoticeWidget.h"
 
+#include "CardParts_p.h"
 #include "ClassAheadNoticeWidget.h"
 #include "ClassNoticeManager.h"
 #include "ClassPrepareNoticeWidget.h"
@@ -8,17 +9,11 @@
 #include "CourseEngine.h"
 #include "CourseUtilities.h"
 #include "ImSignalObject.h"
-#include "Model.h"
 #include "PushTracking_p.h"
 
 #include <QDebug>
 #include <QStackedLayout>
 #include <QToolButton>
-
-namespace {
-constexpr int kCardWidth = 308;
-constexpr int kCardHeight = 164;
-} // namespace
 
 ClassNoticeWidget::ClassNoticeWidget(ClassNoticeType type, QSharedPointer<VyrEngine::SnapshotLesson> lesson,
                                      QWidget* parent)
@@ -47,17 +42,13 @@ quint64 ClassNoticeWidget::lessonId() const
 
 void ClassNoticeWidget::trackClick(const QString& pushBody, bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), pushBody);
-    data.insert(QStringLiteral("push_scenes"), PushTracking::LessonScene);
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(pushBody, PushTracking::LessonScene, checkUp);
     trackClickPushMessage(data);
 }
 
 void ClassNoticeWidget::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins);
     setWindowTitle(qtTrId("ID_ClassAheadNotice_LessonNotice", -1));
 
     m_stackedLayout = new QStackedLayout();
@@ -163,14 +154,7 @@ void ClassNoticeWidget::updateData(QSharedPointer<VyrEngine::SnapshotLesson> les
     if (!lesson || !m_lesson || lesson->lessonId != m_lesson->lessonId)
         return;
 
-    auto* contacts = VyrEngine::ContactsEngine::instance();
-    std::shared_ptr<VyrEngine::ClusterInfo> cluster =
-        contacts->clusterInfoById(VyrEngine::ClusterID(m_lesson->courseId, 0), false);
-    if (!cluster && !Model::getInstance().isNull()) {
-        const QPointer<Model> model = Model::getInstance();
-        cluster = contacts->clusterInfoById(
-            contacts->clusterIdForClassroom(model->getCourseId(), model->getClassroomId()), false);
-    }
+    const std::shared_ptr<VyrEngine::ClusterInfo> cluster = CardParts::lessonCluster(m_lesson->courseId);
 
     auto* engine = VyrEngine::CourseEngine::instance();
     const VyrEngine::CourseEngine::LessonInfoFuture courseInfo = engine->courseInfoFuture(lesson);

@@ -1,9 +1,8 @@
 #include "ExamNoticeWidget.h"
 
-#include "ClassNoticePage_p.h"
+#include "CardParts_p.h"
 #include "ContactsEngine.h"
 #include "ExamManager.h"
-#include "WorkNoticeParts_p.h"
 
 #include <QDebug>
 #include <QLabel>
@@ -29,18 +28,15 @@ ExamNoticeWidget::ExamNoticeWidget(quint64 userId, int state, std::shared_ptr<Ex
     connectOutside();
 }
 
+// Out of line: the card's parts are a private type.
+ExamNoticeWidget::~ExamNoticeWidget() = default;
+
 void ExamNoticeWidget::initUi()
 {
-    const WorkNoticeParts::Widgets parts =
-        WorkNoticeParts::build(this, m_contentWidget, m_shadowMargins, qtTrId("ID_ExamNotice_TestNotice", -1));
-    m_iconLabel = parts.icon;
-    m_headingLabel = parts.heading;
-    m_contentBrowser = parts.browser;
-    m_viewDetailsBtn = parts.details;
-    m_laterBtn = parts.later;
+    m_card = CardParts::buildWorkCard(this, m_contentWidget, m_shadowMargins, qtTrId("ID_ExamNotice_TestNotice", -1));
 
-    connect(m_viewDetailsBtn, &QPushButton::clicked, this, &ExamNoticeWidget::onViewDetailsClicked);
-    connect(m_laterBtn, &QPushButton::clicked, this, &ExamNoticeWidget::onLaterClicked);
+    connect(m_card->details, &QPushButton::clicked, this, &ExamNoticeWidget::onViewDetailsClicked);
+    connect(m_card->later, &QPushButton::clicked, this, &ExamNoticeWidget::onLaterClicked);
     // Only tracks: the card's own connection, made first, has closed the window.
     connect(m_closeBtn, &QToolButton::clicked, this, &ExamNoticeWidget::onCloseClicked);
 }
@@ -71,29 +67,10 @@ void ExamNoticeWidget::updateData()
         return;
     }
     const QString key = templateKey();
-    // Intended: an unknown state closes the window and the rest still runs, with no template.
-    if (key.isEmpty())
-        close();
-
-    loadCover();
-    if (!m_isReviewSide) {
-        m_contentBrowser->setText(WorkNoticeParts::workingText(this, m_contentBrowser, key, m_info->name,
-                                                               key == QLatin1String(kExpiryKey),
-                                                               m_info->expireCount));
-        return;
-    }
-    const std::shared_ptr<VyrEngine::UserInfo> user = VyrEngine::ContactsEngine::instance()->userInfoById(m_userId);
-    QString userName;
-    if (user)
-        userName = user->displayName();
-    else
-        qInfo() << "can not find user info:" << m_userId;
-    m_contentBrowser->setText(WorkNoticeParts::reviewText(this, m_contentBrowser, key, userName, m_info->name));
-}
-
-void ExamNoticeWidget::loadCover()
-{
-    ClassNoticePage::loadCover(m_iconLabel, m_iconLabel, m_info->courseId, false);
+    CardParts::showWork(this, *m_card,
+                        {key, m_info->name, key == QLatin1String(kExpiryKey), m_info->expireCount, m_isReviewSide,
+                         m_userId, m_info->courseId},
+                        QMessageLogger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC));
 }
 
 void ExamNoticeWidget::connectOutside()
@@ -107,10 +84,7 @@ void ExamNoticeWidget::connectOutside()
 
 void ExamNoticeWidget::trackClick(bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), m_contentBrowser->toPlainText());
-    data.insert(QStringLiteral("push_scenes"), kScene);
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(m_card->browser->toPlainText(), kScene, checkUp);
     trackClickPushMessage(data);
 }
 
@@ -144,12 +118,6 @@ void ExamNoticeWidget::onExamDeleted(quint64 courseId, quint64 examId)
 
 void ExamNoticeWidget::onClusterDeleted(const std::vector<VyrEngine::ClusterID>& ids)
 {
-    if (!m_info)
-        return;
-    for (const VyrEngine::ClusterID& id : ids) {
-        if (id.id() == m_info->courseId) {
-            close();
-            break;
-        }
-    }
+    if (m_info && CardParts::namesCourse(ids, m_info->courseId))
+        close();
 }

@@ -10,9 +10,7 @@
 namespace VyrEngine {
 class ClusterID;
 }
-class QLabel;
-class QPushButton;
-class QTextBrowser;
+struct WorkCard;
 
 // The pop-up of one test: the course's cover, one sentence and the buttons
 // "View details" and "Later".
@@ -51,6 +49,7 @@ public:
     // `userId` is the submitting user, read only when `reviewSide` is true.
     ExamNoticeWidget(quint64 userId, int state, std::shared_ptr<ExamInfo> info, bool reviewSide,
                      QWidget* parent = nullptr);
+    ~ExamNoticeWidget() override;
 
 signals:
     // The user wants the test's page: its course, the test and its study activity.
@@ -68,16 +67,12 @@ private:
     void updateData();
     void connectOutside();
     QString templateKey() const;
-    void loadCover();
     void trackClick(bool checkUp);
 
     quint64 m_userId = 0;
     int m_noticeState = 0;
     std::shared_ptr<ExamInfo> m_info;
     bool m_isReviewSide = false;
-    QLabel* m_iconLabel = nullptr;
-    QLabel* m_headingLabel = nullptr;
-    QTextBrowser* m_contentBrowser = nullptr;
-    QPushButton* m_viewDetailsBtn = nullptr;
-    QPushButton* m_laterBtn = nullptr;
+    // The icon, the hidden heading, the sentence and the two buttons.
+    std::unique_ptr<WorkCard> m_card;
 };

@@ -1,5 +1,7 @@
 #include "FriendRequestNotice.h"
 
+#include "CardParts_p.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMouseEvent>
@@ -21,8 +23,7 @@ FriendRequestNotice::FriendRequestNotice(QWidget* parent)
 
 void FriendRequestNotice::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins, kCardWidth, kCardHeight);
     setWindowTitle(qtTrId("ID_FriendRequestNotice_NewMessage", -1));
 
     m_iconLabel = new QLabel(this);
@@ -59,10 +60,7 @@ void FriendRequestNotice::initUi()
 
 void FriendRequestNotice::trackClick(bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), m_countLabel->text());
-    data.insert(QStringLiteral("push_scenes"), kScene);
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(m_countLabel->text(), kScene, checkUp);
     trackClickPushMessage(data);
 }
 

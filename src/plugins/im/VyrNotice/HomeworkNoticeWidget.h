@@ -10,9 +10,7 @@
 namespace VyrEngine {
 class ClusterID;
 }
-class QLabel;
-class QPushButton;
-class QTextBrowser;
+struct WorkCard;
 
 // The pop-up of one piece of homework: the course's cover, one sentence and
 // the buttons "View details" and "Later". The twin of ExamNoticeWidget, with
@@ -44,6 +42,7 @@ public:
     // `userId` is the submitting user, read only when `reviewSide` is true.
     HomeworkNoticeWidget(quint64 userId, int state, std::shared_ptr<HomeworkEntity> info, bool reviewSide,
                          QWidget* parent = nullptr);
+    ~HomeworkNoticeWidget() override;
 
 signals:
     // The user wants the homework's page: its course, the homework and its study activity.
@@ -64,16 +63,12 @@ private:
     QString templateKey() const;
     QString workingSideKey() const;
     QString reviewSideKey() const;
-    void loadCover();
     void trackClick(bool checkUp);
 
     quint64 m_userId = 0;
     int m_noticeState = 0;
     std::shared_ptr<HomeworkEntity> m_info;
     bool m_isReviewSide = false;
-    QLabel* m_iconLabel = nullptr;
-    QLabel* m_headingLabel = nullptr;
-    QTextBrowser* m_contentBrowser = nullptr;
-    QPushButton* m_viewDetailsBtn = nullptr;
-    QPushButton* m_laterBtn = nullptr;
+    // The icon, the hidden heading, the sentence and the two buttons.
+    std::unique_ptr<WorkCard> m_card;
 };

@@ -1,12 +1,11 @@
 #include "MicroCourseNoticeWidget.h"
 
-#include "ClassNoticePage_p.h"
+#include "CardParts_p.h"
 #include "CoreEngine.h"
 #include "FileDownloader.h"
 #include "ImageGuard_p.h"
 #include "FileServerUrl_p.h"
 #include "ImageOp.h"
-#include "OutsideText_p.h"
 #include "VyrUtils.h"
 
 #include <QBoxLayout>
@@ -19,10 +18,8 @@
 #include <QUrl>
 
 namespace {
-constexpr int kCardWidth = 308;
-constexpr int kCardHeight = 164;
 // A cover is wide, so its label is too.
-constexpr int kCoverWidth = 36;
+constexpr int kCoverWidth = CardParts::IconSize;
 constexpr int kCoverHeight = 20;
 // Narrower than the 200 pixels of the other headings.
 constexpr int kHeadingWidth = 180;
@@ -47,43 +44,19 @@ MicroCourseNoticeWidget::MicroCourseNoticeWidget(quint64 id, int type, QJsonObje
 
 void MicroCourseNoticeWidget::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins);
     setWindowTitle(qtTrId("ID_MicroCourseNotice_Notice", -1));
 
     m_iconLabel = new QLabel(m_contentWidget);
     m_iconLabel->setObjectName(QStringLiteral("m_iconLabel"));
     m_iconLabel->setFixedSize(kCoverWidth, kCoverHeight);
 
-    m_headingLabel = new QLabel(m_contentWidget);
-    m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
-    m_headingLabel->setFixedHeight(19);
-    // The lecture's name is not escaped: markup in it must show as typed.
-    OutsideText::makePlain(m_headingLabel);
-    applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
-    applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
-
-    m_contentLabel = new QLabel(m_contentWidget);
-    m_contentLabel->setObjectName(QStringLiteral("m_contentLabel"));
-    m_contentLabel->setWordWrap(true);
-    applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
-    applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
-
-    QBoxLayout* topRow = ClassNoticePage::buildPictureAndText(m_iconLabel, 16, m_headingLabel, m_contentLabel);
-
-    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
-                                                    QStringLiteral("m_viewDetailsBtn"),
-                                                    QStringLiteral("QPushButton_IMButton_Style1"));
-    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
-                                              QStringLiteral("m_laterBtn"),
-                                              QStringLiteral("QPushButton_IMButton_Style4"));
-
-    auto* outer = new QVBoxLayout();
-    ClassNoticePage::setOuterMargins(outer);
-    outer->addLayout(topRow);
-    outer->addSpacing(12);
-    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
-    m_contentWidget->setLayout(outer);
+    // The lecture's name is not escaped: the heading shows it as typed.
+    m_headingLabel = CardParts::buildHeadingLabel(this, m_contentWidget);
+    m_contentLabel = CardParts::buildContentLabel(this, m_contentWidget);
+    QBoxLayout* topRow = CardParts::buildPictureAndText(m_iconLabel, 16, m_headingLabel, m_contentLabel);
+    CardParts::buildDetailsAndLater(m_contentWidget, &m_viewDetailsBtn, &m_laterBtn);
+    CardParts::installBody(m_contentWidget, topRow, {m_viewDetailsBtn, m_laterBtn});
 
     connect(m_viewDetailsBtn, &QPushButton::clicked, this, &MicroCourseNoticeWidget::onViewDetails);
     connect(m_laterBtn, &QPushButton::clicked, this, &MicroCourseNoticeWidget::onLater);
@@ -151,10 +124,7 @@ void MicroCourseNoticeWidget::onDownloadError(int code, const QString& message)
 
 void MicroCourseNoticeWidget::trackClick(bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), m_contentLabel->text());
-    data.insert(QStringLiteral("push_scenes"), kScene);
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(m_contentLabel->text(), kScene, checkUp);
     trackClickPushMessage(data);
 }
 

@@ -23,6 +23,18 @@ const int kDomainQueryFlag = 1;
 // A refused domain is logged this far; it may be of any length.
 const int kLoggedDomainLength = 80;
 
+// An 88 x 32 button of the message box, 14 px, widened to its text.
+QPushButton* buildButton(QWidget* parent, const QString& objectName, const QString& text)
+{
+    auto* button = new QPushButton(parent);
+    button->setObjectName(objectName);
+    button->setText(text);
+    button->setFixedSize(88, 32);
+    GlobalStyle::getInstance()->applyCurrentFontSize(button, 14, 50);
+    GlobalStyle::getInstance()->applyPushButtonAutoCalcSize(button);
+    return button;
+}
+
 } // namespace
 
 NotAuthSchoolNotice::NotAuthSchoolNotice(QWidget* parent)
@@ -61,21 +73,12 @@ void NotAuthSchoolNotice::initUi()
     m_remindCBx->setStyleSheet(QStringLiteral("color: #8D9AA9;"));
     connect(m_remindCBx, &QCheckBox::clicked, this, &NotAuthSchoolNotice::remindChange);
 
-    m_certificationBtn = new QPushButton(this);
-    m_certificationBtn->setObjectName(QStringLiteral("IM_GreenBgWhiteText_Button"));
-    m_certificationBtn->setText(qtTrId("ID_NotAuthSchoolNotice_Certification", -1));
-    m_certificationBtn->setFixedSize(88, 32);
+    m_certificationBtn = buildButton(this, QStringLiteral("IM_GreenBgWhiteText_Button"),
+                                     qtTrId("ID_NotAuthSchoolNotice_Certification", -1));
     connect(m_certificationBtn, &QPushButton::clicked, this, &NotAuthSchoolNotice::toAuthLink);
-    style->applyCurrentFontSize(m_certificationBtn, 14, 50);
-    style->applyPushButtonAutoCalcSize(m_certificationBtn);
 
-    auto* cancel = new QPushButton(this);
-    cancel->setObjectName(QStringLiteral("IM_WhiteBgBlackText_Button"));
-    cancel->setText(qtTrId("ID_Cancel", -1));
-    cancel->setFixedSize(88, 32);
+    auto* cancel = buildButton(this, QStringLiteral("IM_WhiteBgBlackText_Button"), qtTrId("ID_Cancel", -1));
     connect(cancel, &QPushButton::clicked, this, &NotAuthSchoolNotice::signalClose);
-    style->applyCurrentFontSize(cancel, 14, 50);
-    style->applyPushButtonAutoCalcSize(cancel);
 
     auto* buttons = new QHBoxLayout();
     buttons->setContentsMargins(0, 0, 0, 0);

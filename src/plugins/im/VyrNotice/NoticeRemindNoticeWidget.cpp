@@ -1,6 +1,7 @@
 #include "NoticeRemindNoticeWidget.h"
 
 #include "AvatarManager.h"
+#include "CardParts_p.h"
 #include "ClusterID.h"
 #include "ClusterInfo.h"
 #include "CommonPostParamPod.h"
@@ -30,14 +31,37 @@
 #include <vector>
 
 namespace {
-constexpr int kCardWidth = 308;
-constexpr int kCardHeight = 164;
 constexpr int kTextWidth = 215;
 constexpr int kLoadingTimeoutMs = 300000;
 constexpr int kMessageDurationMs = 3000;
 // The kind of detail page the host opens for a cluster notice.
 constexpr int kClusterNoticePage = 2;
 const QString kScene = QStringLiteral("学生端：收到通知二次提醒");
+
+// A line of the card in its own style sheet, 215 wide; the text comes from other people and shows as typed.
+QLabel* buildTextLabel(QWidget* parent, const QString& name, int height, const QString& color, const QString& text)
+{
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setFixedSize(kTextWidth, height);
+    label->setStyleSheet(
+        QStringLiteral("QLabel#%1{font-size: 14px;font-weight: 400;color: %2;background-color:transparent;}")
+            .arg(name, color));
+    OutsideText::makePlain(label);
+    label->setText(text);
+    return label;
+}
+
+// A plain 86 x 26 button in a theme style, 13 px.
+QPushButton* buildButton(QWidget* parent, const QString& text, const QString& name, const QString& style)
+{
+    auto* button = new QPushButton(text, parent);
+    button->setObjectName(name);
+    button->setFixedSize(CardParts::ButtonWidth, CardParts::ButtonHeight);
+    GlobalStyle::getInstance()->applyCurrentFontSize(button, 13, 50);
+    GlobalStyle::getInstance()->applyCurrentStyle(button, style, false);
+    return button;
+}
 } // namespace
 
 NoticeRemindNoticeWidget::NoticeRemindNoticeWidget(QString message, quint64 contentId, quint64 gid,
@@ -53,46 +77,25 @@ NoticeRemindNoticeWidget::NoticeRemindNoticeWidget(QString message, quint64 cont
 
 void NoticeRemindNoticeWidget::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins);
     setWindowTitle(qtTrId("ID_Cluster_Notice_Title_Notice", -1));
-    auto* style = GlobalStyle::getInstance();
 
     m_avatarLabel = new QLabel(this);
-    m_avatarLabel->setFixedSize(36, 36);
+    m_avatarLabel->setFixedSize(CardParts::IconSize, CardParts::IconSize);
     const QPixmap avatar = AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(m_gid, 0), false);
     QPixmap rounded = ImageOp::roundedRectCoursePixmap(avatar, QSizeF(m_avatarLabel->size()),
                                                        m_avatarLabel->devicePixelRatioF());
     rounded.setDevicePixelRatio(m_avatarLabel->devicePixelRatio());
     m_avatarLabel->setPixmap(rounded);
 
-    m_messageContentLabel = new QLabel(this);
-    m_messageContentLabel->setObjectName(QStringLiteral("messageContentLabel"));
-    m_messageContentLabel->setFixedSize(kTextWidth, 40);
-    m_messageContentLabel->setStyleSheet(QStringLiteral(
-        "QLabel#messageContentLabel{font-size: 14px;font-weight: 400;color: #232323;background-color:transparent;}"));
-    OutsideText::makePlain(m_messageContentLabel);
-    m_messageContentLabel->setText(messageText());
-
-    m_clusterNameLabel = new QLabel(this);
-    m_clusterNameLabel->setObjectName(QStringLiteral("clusterNameLabel"));
-    m_clusterNameLabel->setFixedSize(kTextWidth, 20);
-    m_clusterNameLabel->setStyleSheet(QStringLiteral(
-        "QLabel#clusterNameLabel{font-size: 14px;font-weight: 400;color: #999999;background-color:transparent;}"));
-    OutsideText::makePlain(m_clusterNameLabel);
-    m_clusterNameLabel->setText(clusterName());
-
-    m_viewNowBtn = new QPushButton(qtTrId("ID_Notice_ViewNow", -1), this);
-    m_viewNowBtn->setObjectName(QStringLiteral("viewNowBtn"));
-    m_viewNowBtn->setFixedSize(86, 26);
-    style->applyCurrentFontSize(m_viewNowBtn, 13, 50);
-    style->applyCurrentStyle(m_viewNowBtn, QStringLiteral("QPushButton_IMButton_Style1"), false);
-
-    m_laterBtn = new QPushButton(qtTrId("ID_ClassNotice_Later", -1), this);
-    m_laterBtn->setObjectName(QStringLiteral("m_laterBtn"));
-    m_laterBtn->setFixedSize(86, 26);
-    style->applyCurrentFontSize(m_laterBtn, 13, 50);
-    style->applyCurrentStyle(m_laterBtn, QStringLiteral("QPushButton_IMButton_Style4"), false);
+    m_messageContentLabel = buildTextLabel(this, QStringLiteral("messageContentLabel"), 40,
+                                           QStringLiteral("#232323"), messageText());
+    m_clusterNameLabel =
+        buildTextLabel(this, QStringLiteral("clusterNameLabel"), 20, QStringLiteral("#999999"), clusterName());
+    m_viewNowBtn = buildButton(this, qtTrId("ID_Notice_ViewNow", -1), QStringLiteral("viewNowBtn"),
+                               QStringLiteral("QPushButton_IMButton_Style1"));
+    m_laterBtn = buildButton(this, qtTrId("ID_ClassNotice_Later", -1), QStringLiteral("m_laterBtn"),
+                             QStringLiteral("QPushButton_IMButton_Style4"));
 
     auto* left = new QVBoxLayout();
     left->setContentsMargins(0, 0, 0, 0);
@@ -115,21 +118,7 @@ void NoticeRemindNoticeWidget::initUi()
     top->addSpacing(12);
     top->addLayout(right);
 
-    auto* buttons = new QHBoxLayout();
-    buttons->setContentsMargins(0, 0, 6, 0);
-    buttons->setSpacing(0);
-    buttons->addStretch(0);
-    buttons->addWidget(m_viewNowBtn);
-    buttons->addSpacing(10);
-    buttons->addWidget(m_laterBtn);
-
-    auto* main = new QVBoxLayout();
-    main->setContentsMargins(24, 12, 24, 20);
-    main->setSpacing(0);
-    main->addLayout(top);
-    main->addSpacing(12);
-    main->addLayout(buttons);
-    m_contentWidget->setLayout(main);
+    CardParts::installBody(m_contentWidget, top, {m_viewNowBtn, m_laterBtn});
 
     connect(m_viewNowBtn, &QPushButton::clicked, this, &NoticeRemindNoticeWidget::onViewNow);
     connect(m_laterBtn, &QPushButton::clicked, this, [this]() {
@@ -205,10 +194,7 @@ void NoticeRemindNoticeWidget::onViewNow()
 
 void NoticeRemindNoticeWidget::trackClick(bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), m_messageContentLabel->text());
-    data.insert(QStringLiteral("push_scenes"), kScene);
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(m_messageContentLabel->text(), kScene, checkUp);
     trackClickPushMessage(data);
 }
 

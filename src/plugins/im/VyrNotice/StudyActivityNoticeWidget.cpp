@@ -1,7 +1,7 @@
 #include "StudyActivityNoticeWidget.h"
 
 #include "BoundedHtml_p.h"
-#include "ClassNoticePage_p.h"
+#include "CardParts_p.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "NameSpan_p.h"
@@ -15,11 +15,6 @@
 #include <QTextBrowser>
 #include <QToolButton>
 #include <algorithm>
-
-namespace {
-constexpr int kCardWidth = 308;
-constexpr int kCardHeight = 164;
-} // namespace
 
 StudyActivityNoticeWidget::StudyActivityNoticeWidget(QSharedPointer<AppendixDataPod> pod,
                                                      QSharedPointer<StudyActivityNoticeWidgetDisplayPod> displayPod,
@@ -44,32 +39,18 @@ StudyActivityNoticeWidget::StudyActivityNoticeWidget(QSharedPointer<AppendixData
 
 void StudyActivityNoticeWidget::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins);
     // Shown only when the display record's texts are empty: updateData replaces both.
     setWindowTitle(qtTrId("ID_HomeworkNotice_TaskNotice", -1));
 
     // The host's rich text, in a browser that follows no link and loads nothing from outside.
     QBoxLayout* topRow =
-        ClassNoticePage::buildTopRow(m_contentWidget, this, qtTrId("ID_HomeworkNotice_TaskNotice", -1),
+        CardParts::buildTopRow(m_contentWidget, this, qtTrId("ID_HomeworkNotice_TaskNotice", -1),
                                      &m_iconLabel, &m_headingLabel, &m_contentBrowser,
                                      new BoundedHtml::Browser(m_contentWidget));
-    m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
-                               .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
-
-    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
-                                                    QStringLiteral("m_viewDetailsBtn"),
-                                                    QStringLiteral("QPushButton_IMButton_Style1"));
-    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
-                                              QStringLiteral("m_laterBtn"),
-                                              QStringLiteral("QPushButton_IMButton_Style4"));
-
-    auto* outer = new QVBoxLayout();
-    ClassNoticePage::setOuterMargins(outer);
-    outer->addLayout(topRow);
-    outer->addSpacing(12);
-    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
-    m_contentWidget->setLayout(outer);
+    CardParts::setFirstPicture(m_iconLabel);
+    CardParts::buildDetailsAndLater(m_contentWidget, &m_viewDetailsBtn, &m_laterBtn);
+    CardParts::installBody(m_contentWidget, topRow, {m_viewDetailsBtn, m_laterBtn});
     // Intended: the constructor's line is written a second time, so each window logs it twice.
     qInfo() << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
 
@@ -85,9 +66,9 @@ void StudyActivityNoticeWidget::updateData()
     if (!m_displayPod)
         return;
     setWindowTitle(m_displayPod->windowTitleText);
-    ClassNoticePage::setHeading(m_headingLabel, m_displayPod->headingText);
+    CardParts::setHeading(m_headingLabel, m_displayPod->headingText);
     if (hasCourse())
-        ClassNoticePage::loadCover(m_iconLabel, this, m_appendix->courseData->courseId, false);
+        CardParts::loadCover(m_iconLabel, this, m_appendix->courseData->courseId, false);
     // Intended: built like the other notices' spans and left unused; the host's text is final.
     const QString titleSpan = NameSpan::quoted(QStringLiteral("%1"), NameSpan::isChina(locale()));
     const QString userSpan = NameSpan::plain(QStringLiteral("%1"));
@@ -113,10 +94,7 @@ bool StudyActivityNoticeWidget::hasCourse() const
 
 void StudyActivityNoticeWidget::trackClick(bool checkUp)
 {
-    QMap<QString, QVariant> data;
-    data.insert(QStringLiteral("push_body"), m_displayPod ? m_displayPod->pushBody : QString());
-    data.insert(QStringLiteral("push_scenes"), m_displayPod ? m_displayPod->pushScenes : QString());
-    data.insert(QStringLiteral("check_up"), checkUp);
+    QMap<QString, QVariant> data = CardParts::clickData(m_displayPod ? m_displayPod->pushBody : QString(), m_displayPod ? m_displayPod->pushScenes : QString(), checkUp);
     trackClickPushMessage(data);
 }
 
@@ -146,10 +124,7 @@ void StudyActivityNoticeWidget::onClustersDeleted(const std::vector<VyrEngine::C
 {
     if (!hasCourse())
         return;
-    const quint64 courseId = m_appendix->courseData->courseId;
-    const bool hit = std::any_of(ids.begin(), ids.end(),
-                                 [courseId](const VyrEngine::ClusterID& id) { return id.id() == courseId; });
-    if (hit)
+    if (CardParts::namesCourse(ids, m_appendix->courseData->courseId))
         close();
 }
 

@@ -1,28 +1,22 @@
 #include "StudyReportNoticeWidget.h"
 
-#include "ClassNoticePage_p.h"
+#include "CardParts_p.h"
 #include "ContactsEngine.h"
 #include "CourseEngine.h"
 #include "FutureObserver_p.h"
 #include "ImSignalObject.h"
-#include "Model.h"
 #include "NameSpan_p.h"
 #include "OpaqueCommonPod.h"
-#include "OutsideText_p.h"
 
 #include <QBoxLayout>
 #include <QDebug>
 #include <QFontMetrics>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QTextDocument>
 #include <QToolButton>
 
 namespace {
-constexpr int kCardWidth = 308;
-constexpr int kCardHeight = 164;
-constexpr int kIconSize = 36;
 const QString kLearningScene = QStringLiteral("发布学习报告");
 const QString kTeachingScene = QStringLiteral("发布教学报告");
 // Course type whose name may stand for a missing cluster.
@@ -44,50 +38,27 @@ bool StudyReportNoticeWidget::isLearner() const
 
 void StudyReportNoticeWidget::initUi()
 {
-    setFixedSize(kCardWidth + m_shadowMargins.left() + m_shadowMargins.right(),
-                 kCardHeight + m_shadowMargins.top() + m_shadowMargins.bottom());
+    CardParts::fixCardSize(this, m_shadowMargins);
     setWindowTitle(qtTrId("ID_StudyReportNotice_LearningReport", -1));
 
     m_iconLabel = new QLabel(m_contentWidget);
     m_iconLabel->setObjectName(QStringLiteral("m_iconLabel"));
-    m_iconLabel->setFixedSize(kIconSize, kIconSize);
-    m_iconLabel->setPixmap(QPixmap(QStringLiteral(":/im/images/notice/macnotice.png"))
-                               .scaled(m_iconLabel->size(), Qt::IgnoreAspectRatio, Qt::FastTransformation));
+    m_iconLabel->setFixedSize(CardParts::IconSize, CardParts::IconSize);
+    CardParts::setFirstPicture(m_iconLabel);
 
-    m_headingLabel = new QLabel(m_contentWidget);
-    m_headingLabel->setObjectName(QStringLiteral("m_headingLabel"));
-    m_headingLabel->setFixedHeight(19);
     // The heading becomes the cluster's or the course's name.
-    OutsideText::makePlain(m_headingLabel);
+    m_headingLabel = CardParts::buildHeadingLabel(this, m_contentWidget);
     m_headingLabel->setText(isLearner() ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
                                         : qtTrId("ID_StudyReportNotice_TeachingReport", -1));
-    applyCurrentStyle(m_headingLabel, QStringLiteral("QLabel_MessageTitle"), false);
-    applyCurrentFontSize(m_headingLabel, 14, QFont::Medium);
     if (!isLearner())
         setWindowTitle(qtTrId("ID_StudyReportNotice_TeachingReport", -1));
 
-    m_contentLabel = new QLabel(m_contentWidget);
-    m_contentLabel->setObjectName(QStringLiteral("m_contentLabel"));
-    m_contentLabel->setWordWrap(true);
+    m_contentLabel = CardParts::buildContentLabel(this, m_contentWidget);
     m_contentLabel->setAlignment(Qt::AlignTop);
-    applyCurrentStyle(m_contentLabel, QStringLiteral("QLabel_MessageContent"), false);
-    applyCurrentFontSize(m_contentLabel, 13, QFont::Normal);
 
-    QBoxLayout* topRow = ClassNoticePage::buildPictureAndText(m_iconLabel, 0, m_headingLabel, m_contentLabel);
-
-    m_viewDetailsBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_ViewDetails", -1),
-                                                    QStringLiteral("m_viewDetailsBtn"),
-                                                    QStringLiteral("QPushButton_IMButton_Style1"));
-    m_laterBtn = ClassNoticePage::buildButton(m_contentWidget, qtTrId("ID_MicroCourseNotice_Later", -1),
-                                              QStringLiteral("m_laterBtn"),
-                                              QStringLiteral("QPushButton_IMButton_Style4"));
-
-    auto* outer = new QVBoxLayout();
-    ClassNoticePage::setOuterMargins(outer);
-    outer->addLayout(topRow);
-    outer->addSpacing(12);
-    outer->addLayout(ClassNoticePage::buildButtonRow({m_viewDetailsBtn, m_laterBtn}));
-    m_contentWidget->setLayout(outer);
+    QBoxLayout* topRow = CardParts::buildPictureAndText(m_iconLabel, 0, m_headingLabel, m_contentLabel);
+    CardParts::buildDetailsAndLater(m_contentWidget, &m_viewDetailsBtn, &m_laterBtn);
+    CardParts::installBody(m_contentWidget, topRow, {m_viewDetailsBtn, m_laterBtn});
 
     connect(m_viewDetailsBtn, &QPushButton::clicked, this, &StudyReportNoticeWidget::onViewDetails);
     connect(m_laterBtn, &QPushButton::clicked, this, &StudyReportNoticeWidget::onLater);
@@ -97,14 +68,7 @@ void StudyReportNoticeWidget::initUi()
 
 QString StudyReportNoticeWidget::clusterName() const
 {
-    auto* contacts = VyrEngine::ContactsEngine::instance();
-    std::shared_ptr<VyrEngine::ClusterInfo> cluster =
-        contacts->clusterInfoById(VyrEngine::ClusterID(m_lesson->courseId, 0), false);
-    if (!cluster && !Model::getInstance().isNull()) {
-        const QPointer<Model> model = Model::getInstance();
-        cluster = contacts->clusterInfoById(
-            contacts->clusterIdForClassroom(model->getCourseId(), model->getClassroomId()), false);
-    }
+    const std::shared_ptr<VyrEngine::ClusterInfo> cluster = CardParts::lessonCluster(m_lesson->courseId);
     return cluster ? cluster->name() : QString();
 }
 
@@ -137,7 +101,7 @@ void StudyReportNoticeWidget::updateData()
             qInfo() << "oops, failed to get cluster name" << m_lesson->courseId;
         }
     }
-    ClassNoticePage::setHeading(m_headingLabel, name);
+    CardParts::setHeading(m_headingLabel, name);
 
     if (!m_lesson) {
         close();
@@ -155,7 +119,7 @@ void StudyReportNoticeWidget::updateData()
                   VyrEngine::CourseEngine::instance()->lessonInfoFuture(m_lesson->schoolId, courseId,
                                                                         m_lesson->lessonId),
                   [this, courseId](const QSharedPointer<VyrEngine::LessonInfo>& info) {
-                      ClassNoticePage::loadCover(m_iconLabel, this, courseId, false);
+                      CardParts::loadCover(m_iconLabel, this, courseId, false);
                       applyLessonInfo(info ? info->name : QString());
                   });
 }
@@ -176,13 +140,11 @@ QString StudyReportNoticeWidget::toPlainText(const QString& html)
 
 void StudyReportNoticeWidget::trackClick(bool checkUp, bool withTitle)
 {
-    QMap<QString, QVariant> data;
+    QMap<QString, QVariant> data = CardParts::clickData(
+        toPlainText(m_contentLabel->text()), m_pushScenes.isEmpty() ? kLearningScene : m_pushScenes, checkUp);
     // Intended: put in empty and replaced by the tracking with the title.
     if (withTitle)
         data.insert(QStringLiteral("push_title"), QString());
-    data.insert(QStringLiteral("push_body"), toPlainText(m_contentLabel->text()));
-    data.insert(QStringLiteral("push_scenes"), m_pushScenes.isEmpty() ? kLearningScene : m_pushScenes);
-    data.insert(QStringLiteral("check_up"), checkUp);
     trackClickPushMessage(data);
 }
 
