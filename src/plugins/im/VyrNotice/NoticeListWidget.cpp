@@ -58,6 +58,7 @@ QMap<QString, QVariant> checkUp(bool followed)
 NoticeListWidget::NoticeListWidget(VyrEngine::NoticeCategory noticeCategory, QWidget* parent)
     : QWidget(parent, Qt::WindowFlags())
     , m_noticeCategory(noticeCategory)
+    , m_shadow(QStringLiteral(":/im/images/notice/GatherNoticeShadow.png"))
 {
     // Intended: set here and read nowhere.
     m_unusedValue = 0;
@@ -201,9 +202,7 @@ void NoticeListWidget::paintEvent(QPaintEvent* event)
     Q_UNUSED(event)
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    // Loaded on every paint; there is no cache.
-    const QPixmap shadow(QStringLiteral(":/im/images/notice/GatherNoticeShadow.png"));
-    qDrawBorderPixmap(&painter, rect(), s_shadowMargins, shadow, shadow.rect(), s_shadowMargins,
+    qDrawBorderPixmap(&painter, rect(), s_shadowMargins, m_shadow, m_shadow.rect(), s_shadowMargins,
                       QTileRules(Qt::StretchTile, Qt::StretchTile), QDrawBorderPixmap::DrawingHints());
     painter.end();
 }

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QMargins>
 #include <QModelIndex>
+#include <QPixmap>
 #include <QPoint>
 #include <QSharedPointer>
 #include <QVariant>
@@ -221,6 +222,8 @@ private:
     int m_unusedValue = 0;
     double m_maxVisibleItems = 3.5;
     int m_listHeight = 0;
+    // The shadow border's picture, loaded with the window rather than at each paint.
+    QPixmap m_shadow;
     QPoint m_startPos;
     QPoint m_endPos;
     bool m_isPosChanged = false;
