@@ -1,5 +1,6 @@
 #include "AvatarManager.h"
 #include "CoreEngine.h"
+#include "LocalDays_p.h"
 #include "NoticeListViewItem.h"
 #include "PixelProbe.h"
 #include "TestKit.h"
@@ -10,6 +11,7 @@
 #include <QStandardItemModel>
 #include <QtTest>
 
+#include <ctime>
 #include <functional>
 #include <memory>
 
@@ -95,6 +97,7 @@ private slots:
     void unchangedRowIsPaintedOnce_data();
     void unchangedRowIsPaintedOnce();
     void keptPicturesAreBounded();
+    void zoneChangePaintsAsNew();
 
 private:
     QStandardItemModel m_rows;
@@ -347,6 +350,36 @@ void TestNoticeRowPictures::keptPicturesAreBounded()
     QVERIFY(m_delegate->keptRowPictureKilobytes() <= m_delegate->maxRowPictureKilobytes());
     // Each kept picture holds most of its row's pixels.
     QVERIFY(m_delegate->keptRowPictureKilobytes() >= m_delegate->keptRowPictureCount() * 100);
+}
+
+// A change of the system's time zone shows the row's time in the new zone once the zone is looked at again.
+void TestNoticeRowPictures::zoneChangePaintsAsNew()
+{
+    const bool wasSet = qEnvironmentVariableIsSet("TZ");
+    const QByteArray previous = qgetenv("TZ");
+    auto setZone = [](const QByteArray& zone) {
+        qputenv("TZ", zone);
+        tzset();
+    };
+    setZone("UTC");
+    setUpRow(ClusterNoticeRemind);
+    LocalDays::forThisThread().zoneChanges();
+    QTest::qSleep(int(LocalDays::ZoneCheckInterval) + 50);
+    const QImage before = paintRow(*m_delegate, row());
+
+    setZone("Asia/Shanghai");
+    // The zone is compared at most once a second.
+    QTest::qSleep(int(LocalDays::ZoneCheckInterval) + 50);
+    const QImage after = paintRow(*m_delegate, row());
+    const QImage fresh = freshRow(row());
+    if (wasSet)
+        setZone(previous);
+    else {
+        qunsetenv("TZ");
+        tzset();
+    }
+    QVERIFY(after != before);
+    QCOMPARE(after, fresh);
 }
 
 QTEST_MAIN(TestNoticeRowPictures)

@@ -6,6 +6,7 @@
 #include "CoreEngine.h"
 #include "ImageOp.h"
 #include "LessonNoticeText.h"
+#include "LocalDays_p.h"
 #include "NameSpan_p.h"
 #include "NoticeRowMetrics_p.h"
 #include "RowPaintCache_p.h"
@@ -109,11 +110,13 @@ struct NoticeListViewItem::RowInputs
     QString wording;   // the translated texts the row uses
     bool isHighlighted = false;
     bool isChinaLocale = true;
+    int zoneChanges = 0;   // times are shown in local time
     QFont applicationFont;
 
     bool operator==(const RowInputs& o) const
     {
-        return type == o.type && clusterId == o.clusterId && avatarKey == o.avatarKey && time == o.time
+        return type == o.type && zoneChanges == o.zoneChanges && clusterId == o.clusterId
+            && avatarKey == o.avatarKey && time == o.time
             && lessonStartTime == o.lessonStartTime && lessonMinutesLeft == o.lessonMinutesLeft
             && reportRole == o.reportRole && activityTexts == o.activityTexts && isHighlighted == o.isHighlighted
             && isChinaLocale == o.isChinaLocale && title == o.title && lessonName == o.lessonName
@@ -243,6 +246,8 @@ NoticeListViewItem::RowInputs NoticeListViewItem::rowInputs(const VyrEngine::Gat
             AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(notice.clusterId(), 0), false).cacheKey();
     in.title = notice.title();
     in.time = notice.time();
+    // Looks at the zone at most once a second; a change paints every row again.
+    in.zoneChanges = LocalDays::forThisThread().zoneChanges();
     in.isHighlighted = option.state & (QStyle::State_Selected | QStyle::State_MouseOver);
     in.isChinaLocale = m_isChinaLocale;
     in.applicationFont = QGuiApplication::font();
