@@ -1,7 +1,10 @@
 #include "AvatarManager.h"
 #include "CoreEngine.h"
 #include "LocalDays_p.h"
+#include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
+#include "NoticeListWidget.h"
+#include "ResourceSpy.h"
 #include "PixelProbe.h"
 #include "TestKit.h"
 #include "VyrUtils.h"
@@ -10,6 +13,7 @@
 #include <QPainter>
 #include <QStandardItemModel>
 #include <QtTest>
+#include <qdrawutil.h>
 
 #include <ctime>
 #include <functional>
@@ -98,6 +102,7 @@ private slots:
     void unchangedRowIsPaintedOnce();
     void keptPicturesAreBounded();
     void zoneChangePaintsAsNew();
+    void windowShadowIsLoadedOnce();
 
 private:
     QStandardItemModel m_rows;
@@ -380,6 +385,49 @@ void TestNoticeRowPictures::zoneChangePaintsAsNew()
     }
     QVERIFY(after != before);
     QCOMPARE(after, fresh);
+}
+
+// Repaints of the gathered window read no file: its shadow picture was loaded with it, and the border it
+// draws from the kept frame is the border stretched from that picture.
+void TestNoticeRowPictures::windowShadowIsLoadedOnce()
+{
+    NoticeListModel::release();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    NoticeListWidget window(Activity);
+    for (int i = 0; i < 3; ++i) {
+        NoticeListModel::instance()->addContactorAddNotice();
+        window.adjustListHeight(0);
+    }
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QImage first = window.grab().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+
+    QStringList read;
+    {
+        ResourceSpy spy;
+        for (int i = 0; i < 3; ++i)
+            window.grab();
+        read = spy.names();
+    }
+    QVERIFY2(read.filter(QStringLiteral("GatherNoticeShadow")).isEmpty(), qPrintable(read.join(QLatin1Char(' '))));
+
+    // The top border, where only the shadow is, against the border drawn directly.
+    const QPixmap shadow(QStringLiteral(":/im/images/notice/GatherNoticeShadow.png"));
+    QVERIFY(!shadow.isNull());
+    QImage reference(window.size(), QImage::Format_ARGB32_Premultiplied);
+    reference.fill(Qt::transparent);
+    {
+        QPainter painter(&reference);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        const QMargins margins(20, 20, 20, 20);
+        qDrawBorderPixmap(&painter, reference.rect(), margins, shadow, shadow.rect(), margins,
+                          QTileRules(Qt::StretchTile, Qt::StretchTile));
+    }
+    QCOMPARE(first.size(), reference.size());
+    QCOMPARE(PixelProbe::differingPixels(first, reference, QRect(0, 0, window.width(), 20)), 0);
+    window.hide();
+    NoticeListModel::release();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QTEST_MAIN(TestNoticeRowPictures)
