@@ -25,7 +25,6 @@
 
 #include <cmath>
 
-
 // What a row's picture depends on besides the delegate's inputs.
 struct RowPaintSurface
 {
