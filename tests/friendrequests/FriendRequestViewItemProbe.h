@@ -14,4 +14,8 @@ public:
     static QPushButton* agreeButton(const FriendRequestViewItem* d) { return d->m_agreeButton; }
     static QPushButton* refuseButton(const FriendRequestViewItem* d) { return d->m_refuseButton; }
     static QPushButton* stateButton(const FriendRequestViewItem* d) { return d->m_stateButton; }
+    static int keptRowPictures(const FriendRequestViewItem* d) { return d->keptRowPictureCount(); }
+    static int rowPicturesMade(const FriendRequestViewItem* d) { return d->rowPicturesMade(); }
+    static int rowPictureKilobytes(const FriendRequestViewItem* d) { return d->rowPictureKilobytes(); }
+    static int maxRowPictureKilobytes(const FriendRequestViewItem* d) { return d->maxRowPictureKilobytes(); }
 };

@@ -6,6 +6,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "ImageOp.h"
+#include "RowPaintCache_p.h"
 #include "UserInfo.h"
 #include "VyrUtils.h"
 
@@ -81,10 +82,61 @@ bool isMouseEvent(const QEvent* event)
     }
 }
 
+// The translated words each status shows: its button's label and its line of text.
+QString statusWording(int status)
+{
+    switch (status) {
+    case AwaitingMyAnswer:
+        return qtTrId("ID_Agree", -1) + QLatin1Char('\n') + qtTrId("ID_friendrequest_Refuse", -1);
+    case AgreedByMe:
+        return qtTrId("ID_friendrequest_Agreed", -1) + QLatin1Char('\n')
+            + qtTrId("ID_friendrequest_AgreeFriendRequest", -1);
+    case AgreedByPeer:
+        return qtTrId("ID_friendrequest_Agreed", -1) + QLatin1Char('\n')
+            + qtTrId("ID_friendrequest_FriendRequestHasBeenAgreed", -1);
+    case RefusedByMe:
+        return qtTrId("ID_friendrequest_Rejected", -1) + QLatin1Char('\n')
+            + qtTrId("ID_friendrequest_RejectFriendRequest", -1);
+    case RefusedByPeer:
+        return qtTrId("ID_friendrequest_Rejected", -1) + QLatin1Char('\n')
+            + qtTrId("ID_friendrequest_FriendRequestHasBeenReject", -1);
+    case AwaitingPeerAnswer:
+        return qtTrId("ID_friendrequest_WaitingVerify", -1);
+    case Overdue:
+        return qtTrId("ID_friendrequest_Overdue", -1);
+    default:
+        return QString();
+    }
+}
+
 } // namespace
+
+// Everything a row's picture shows, read at each paint.
+struct FriendRequestViewItem::RowInputs
+{
+    bool isHeader = false;
+    QString headerText;
+    quint64 uid = 0;
+    qint64 avatarKey = 0;
+    QString name;
+    int status = 0;
+    QString message;
+    QString wording;
+    int agreeLook = 0;
+    int refuseLook = 0;
+    QFont applicationFont;
+
+    bool operator==(const RowInputs& o) const
+    {
+        return isHeader == o.isHeader && uid == o.uid && avatarKey == o.avatarKey && status == o.status
+            && agreeLook == o.agreeLook && refuseLook == o.refuseLook && headerText == o.headerText
+            && name == o.name && message == o.message && wording == o.wording && applicationFont == o.applicationFont;
+    }
+};
 
 FriendRequestViewItem::FriendRequestViewItem(QObject* parent)
     : QStyledItemDelegate(parent)
+    , m_rowPictures(std::make_unique<RowPaintCache<RowInputs>>())
 {
     m_agreeButton = styleSourceButton(AgreeStyle);
     m_refuseButton = styleSourceButton(RefuseStyle);
@@ -115,11 +167,86 @@ void FriendRequestViewItem::paint(QPainter* painter, const QStyleOptionViewItem&
     if (index.data(DateRole).toULongLong() == 0)
         return;
     painter->save();
-    if (index.parent().isValid())
-        drawLeaf(painter, option, index);
-    else
-        drawZoom(painter, option, index);
+    RowInputs inputs;
+    if (index.parent().isValid()) {
+        if (leafInputs(option, index, inputs))
+            m_rowPictures->paint(painter, rowKey(index), rowRect(option), inputs,
+                                 [&](QPainter* target) { drawLeaf(target, option, index); });
+        else
+            drawLeaf(painter, option, index);   // someone unknown: background only
+    } else {
+        inputs.isHeader = true;
+        inputs.headerText = headerText(index);
+        inputs.applicationFont = QGuiApplication::font();
+        m_rowPictures->paint(painter, rowKey(index), rowRect(option), inputs,
+                             [&](QPainter* target) { drawZoom(target, option, index); });
+    }
     painter->restore();
+}
+
+quint64 FriendRequestViewItem::rowKey(const QModelIndex& index)
+{
+    // A proxy's children share an internal id: the row tells them apart. A clash only costs a repaint.
+    return quint64(index.internalId()) * 1000003u + quint64(index.row()) * 2u + (index.parent().isValid() ? 1u : 0u);
+}
+
+bool FriendRequestViewItem::leafInputs(const QStyleOptionViewItem& option, const QModelIndex& index,
+                                       RowInputs& inputs) const
+{
+    auto* contacts = VyrEngine::ContactsEngine::instance();
+    const auto user = contacts->userInfo(index.data(DisplayIdRole).toULongLong(), 0);
+    if (!user)
+        return false;
+    inputs.uid = user->uid();
+    inputs.avatarKey = AvatarManager::instance().getUserAvatar(user->uid()).cacheKey();
+    inputs.name = contacts->userDisplayName(user->uid(), 0);
+    inputs.status = index.data(StatusRole).toInt();
+    inputs.message = index.data(MessageRole).toString();
+    inputs.wording = statusWording(inputs.status);
+    inputs.applicationFont = QGuiApplication::font();
+    if (inputs.status == AwaitingMyAnswer) {
+        const QRect first = firstButtonRect(innerRect(rowRect(option)));
+        inputs.agreeLook = buttonLook(first);
+        inputs.refuseLook = buttonLook(secondButtonRect(first));
+    }
+    return true;
+}
+
+int FriendRequestViewItem::keptRowPictureCount() const
+{
+    return m_rowPictures->count();
+}
+
+int FriendRequestViewItem::rowPicturesMade() const
+{
+    return m_rowPictures->picturesMade();
+}
+
+int FriendRequestViewItem::rowPictureKilobytes() const
+{
+    return m_rowPictures->kilobytes();
+}
+
+int FriendRequestViewItem::maxRowPictureKilobytes() const
+{
+    return m_rowPictures->maxKilobytes();
+}
+
+int FriendRequestViewItem::buttonLook(const QRect& button) const
+{
+    // As drawButton() reads the last mouse event: 1 hovered, 2 pressed.
+    if (!button.contains(m_mousePos))
+        return 0;
+    return m_mouseState == 0 ? 1 : m_mouseState == 1 ? 2 : 0;
+}
+
+QString FriendRequestViewItem::headerText(const QModelIndex& index)
+{
+    const quint64 date = index.data(DateRole).toULongLong();
+    const QDate day = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(date)).date();
+    // "Today" follows the engine's clock, not the machine's.
+    const bool isToday = day == VyrEngine::CoreEngine::instance()->currentDateTime().date();
+    return isToday ? qtTrId("ID_Today", -1) : VyrUtils::formatTime(static_cast<qint64>(date), false);
 }
 
 QRect FriendRequestViewItem::rowRect(const QStyleOptionViewItem& option)
@@ -153,13 +280,7 @@ void FriendRequestViewItem::drawZoom(QPainter* painter, const QStyleOptionViewIt
     painter->fillRect(row, QBrush(QColor(QStringLiteral("#FCFCFC"))));
     painter->setFont(pixelFont(14));
     painter->setPen(QColor(QStringLiteral("#B1B1B1")));
-
-    const quint64 date = index.data(DateRole).toULongLong();
-    const QDate day = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(date)).date();
-    // "Today" follows the engine's clock, not the machine's.
-    const bool isToday = day == VyrEngine::CoreEngine::instance()->currentDateTime().date();
-    const QString text = isToday ? qtTrId("ID_Today", -1) : VyrUtils::formatTime(static_cast<qint64>(date), false);
-    painter->drawText(QRectF(QRect(row.x() + 1, row.y() + 4, 200, HeaderHeight)), text, QTextOption());
+    painter->drawText(QRectF(QRect(row.x() + 1, row.y() + 4, 200, HeaderHeight)), headerText(index), QTextOption());
 }
 
 void FriendRequestViewItem::drawLeaf(QPainter* painter, const QStyleOptionViewItem& option,

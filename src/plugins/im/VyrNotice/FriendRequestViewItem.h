@@ -9,7 +9,11 @@
 #include <QSet>
 #include <QStyledItemDelegate>
 
+#include <memory>
+
 class QPushButton;
+template <typename Inputs>
+class RowPaintCache;
 
 // Paints the rows of the friend-request page and turns mouse events on them
 // into signals. A top-level row is a day header (28 pixels high), a child row
@@ -17,6 +21,10 @@ class QPushButton;
 // status, the Agree and Refuse buttons or one disabled label button. A row
 // whose date is 0 takes no space and paints nothing. A person the contacts
 // engine doesn't know gets a row of background only, logged once at info level.
+//
+// A row's picture is kept and repainted from while nothing it shows (texts,
+// avatar, status, the buttons' hover look, size, font, pixel ratio) has
+// changed; all of that is read again at each paint.
 //
 // The rows hold no widgets. Three push buttons, never shown, serve only as
 // the source of the buttons' style; every row's buttons are drawn through
@@ -53,7 +61,17 @@ signals:
     void avatarDoubleClickSignal(QModelIndex index);
 
 private:
-    friend class FriendRequestViewItemProbe; // the tests' window on the hover state
+    friend class FriendRequestViewItemProbe; // the tests' window on the hover state and the kept pictures
+
+    struct RowInputs;
+    bool leafInputs(const QStyleOptionViewItem& option, const QModelIndex& index, RowInputs& inputs) const;
+    static quint64 rowKey(const QModelIndex& index);
+    static QString headerText(const QModelIndex& index);
+    int buttonLook(const QRect& button) const;
+    int keptRowPictureCount() const;
+    int rowPicturesMade() const;
+    int rowPictureKilobytes() const;
+    int maxRowPictureKilobytes() const;
 
     void drawZoom(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void drawLeaf(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
@@ -85,4 +103,6 @@ private:
     mutable QHash<quint64, RoundAvatar> m_roundAvatars;
     // The unknown people already logged, so a repaint doesn't log them again.
     mutable QSet<quint64> m_unknownPeopleLogged;
+    // Each recently painted row's picture.
+    std::unique_ptr<RowPaintCache<RowInputs>> m_rowPictures;
 };

@@ -6,18 +6,22 @@
 #include "CoreEngine.h"
 #include "ImageOp.h"
 #include "LessonNoticeText.h"
+#include "LocalDays_p.h"
 #include "NameSpan_p.h"
 #include "NoticeRowMetrics_p.h"
+#include "RowPaintCache_p.h"
 #include "VyrUtils.h"
 #include "VyrUtilsHelper.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -87,8 +91,43 @@ QString studyActivityBody(const StudyActivityNoticeWidgetDisplayPod& texts)
 
 } // namespace
 
+// Everything a row's picture shows, read from the record at each paint.
+struct NoticeListViewItem::RowInputs
+{
+    int type = 0;
+    quint64 clusterId = 0;
+    qint64 avatarKey = 0;
+    QString title;
+    quint32 time = 0;
+    QString lessonName;
+    quint32 lessonStartTime = 0;
+    qint64 lessonMinutesLeft = 0;
+    int reportRole = 0;
+    QString displayContent;
+    const StudyActivityNoticeWidgetDisplayPod* activityTexts = nullptr;
+    QString activityTitle;
+    QString activityContent;
+    QString wording;   // the translated texts the row uses
+    bool isHighlighted = false;
+    bool isChinaLocale = true;
+    int zoneChanges = 0;   // times are shown in local time
+    QFont applicationFont;
+
+    bool operator==(const RowInputs& o) const
+    {
+        return type == o.type && zoneChanges == o.zoneChanges && clusterId == o.clusterId
+            && avatarKey == o.avatarKey && time == o.time
+            && lessonStartTime == o.lessonStartTime && lessonMinutesLeft == o.lessonMinutesLeft
+            && reportRole == o.reportRole && activityTexts == o.activityTexts && isHighlighted == o.isHighlighted
+            && isChinaLocale == o.isChinaLocale && title == o.title && lessonName == o.lessonName
+            && displayContent == o.displayContent && activityTitle == o.activityTitle
+            && activityContent == o.activityContent && wording == o.wording && applicationFont == o.applicationFont;
+    }
+};
+
 NoticeListViewItem::NoticeListViewItem(QObject* parent)
     : QStyledItemDelegate(parent)
+    , m_rowPictures(std::make_unique<RowPaintCache<RowInputs>>())
 {
     m_textDocument.setDocumentMargin(0);
     QTextOption option(Qt::AlignLeft);
@@ -106,6 +145,26 @@ NoticeListViewItem::~NoticeListViewItem() = default;
 void NoticeListViewItem::setChinaLocale(bool isChinaLocale)
 {
     m_isChinaLocale = isChinaLocale;
+}
+
+int NoticeListViewItem::keptRowPictureCount() const
+{
+    return m_rowPictures->count();
+}
+
+int NoticeListViewItem::rowPicturesMade() const
+{
+    return m_rowPictures->picturesMade();
+}
+
+int NoticeListViewItem::keptRowPictureKilobytes() const
+{
+    return m_rowPictures->kilobytes();
+}
+
+int NoticeListViewItem::maxRowPictureKilobytes() const
+{
+    return m_rowPictures->maxKilobytes();
 }
 
 QSize NoticeListViewItem::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -156,10 +215,91 @@ void NoticeListViewItem::paint(QPainter* painter, const QStyleOptionViewItem& op
     paintSeparator(painter, option, index);
     const auto notice = index.data(Qt::UserRole).value<VyrEngine::GatherNoticePtr>();
     if (notice) {
-        paintAvatar(painter, option.rect, *notice);
-        paintText(painter, option.rect, *notice);
+        const QRect& row = option.rect;
+        m_rowPictures->paint(painter, quint64(quintptr(notice.get())), pictureArea(row), rowInputs(*notice, option),
+                             [&](QPainter* target) {
+                                 // A picture starts blank: its background is painted first.
+                                 if (target != painter)
+                                     paintBackground(target, option);
+                                 paintContent(target, row, *notice);
+                             });
     }
     painter->restore();
+}
+
+QRect NoticeListViewItem::pictureArea(const QRect& rowRect)
+{
+    // Clear of the rounded corners and of the separator, so the background covers it whole.
+    const int corner = int(kCornerRadius);
+    return rowRect.adjusted(corner, 1, -corner, -1);
+}
+
+NoticeListViewItem::RowInputs NoticeListViewItem::rowInputs(const VyrEngine::GatherNotice& notice,
+                                                            const QStyleOptionViewItem& option) const
+{
+    RowInputs in;
+    in.type = int(notice.type());
+    in.clusterId = notice.clusterId();
+    // The friend request's picture is the library's own and never changes.
+    if (notice.type() != VyrEngine::ContactorAdd)
+        in.avatarKey =
+            AvatarManager::instance().getClusterAvatar(VyrEngine::ClusterID(notice.clusterId(), 0), false).cacheKey();
+    in.title = notice.title();
+    in.time = notice.time();
+    // Looks at the zone at most once a second; a change paints every row again.
+    in.zoneChanges = LocalDays::forThisThread().zoneChanges();
+    in.isHighlighted = option.state & (QStyle::State_Selected | QStyle::State_MouseOver);
+    in.isChinaLocale = m_isChinaLocale;
+    in.applicationFont = QGuiApplication::font();
+    switch (notice.type()) {
+    case VyrEngine::ContactorAdd:
+        in.wording = qtTrId("ID_AddFriend_Request", -1) + QLatin1Char('\n') + qtTrId("ID_GatherNotice_FriendRequest", -1);
+        break;
+    case VyrEngine::ClusterNoticeRemind:
+        in.displayContent = notice.displayContent();
+        break;
+    case VyrEngine::StudyReport:
+        in.lessonName = notice.lessonName();
+        in.reportRole = notice.reportRole();
+        in.wording = in.reportRole == 1 ? qtTrId("ID_StudyReportNotice_LearningReport", -1)
+                + qtTrId("ID_StudyReportNotice_GoodJobInLesson", -1)
+                                        : qtTrId("ID_StudyReportNotice_TeachingReport", -1)
+                + qtTrId("ID_StudyReportNotice_TeachingReportOK", -1);
+        break;
+    case VyrEngine::StudyActivity:
+        if (const auto texts = notice.displayPod()) {
+            in.activityTexts = texts.data();
+            in.activityTitle = texts->windowTitleText;
+            in.activityContent = texts->contentText;
+        }
+        break;
+    case VyrEngine::LessonAhead: {
+        in.lessonName = notice.lessonName();
+        in.lessonStartTime = notice.lessonStartTime();
+        // The minutes shown change with the clock; past the hour the start's date shows. Read
+        // without formatting that date, which would read the time zone at every paint.
+        const qint64 secondsLeft = qint64(notice.lessonStartTime()) - VyrEngine::CoreEngine::instance()->currentTime();
+        const bool countsMinutes = secondsLeft <= LessonNoticeText::MinutesThreshold;
+        in.lessonMinutesLeft = countsMinutes ? secondsLeft / 60 : std::numeric_limits<qint64>::min();
+        in.wording = countsMinutes ? qtTrId("ID_LMSClassAheadNotice_LessonWillStartAfter", -1)
+                                   : qtTrId("ID_ClassAheadNotice_LessonWillStartAfterOneHour", -1);
+        break;
+    }
+    case VyrEngine::LessonPrepare:
+    case VyrEngine::LessonStart:
+        in.lessonName = notice.lessonName();
+        in.wording = qtTrId("ID_LMS_ClassStartNotice_LessonStart", -1) + QLatin1Char('\n')
+            + qtTrId("ID_Enter_Classroom", -1);
+        break;
+    }
+    return in;
+}
+
+void NoticeListViewItem::paintContent(QPainter* painter, const QRect& rowRect,
+                                      const VyrEngine::GatherNotice& notice) const
+{
+    paintAvatar(painter, rowRect, notice);
+    paintText(painter, rowRect, notice);
 }
 
 void NoticeListViewItem::paintBackground(QPainter* painter, const QStyleOptionViewItem& option)

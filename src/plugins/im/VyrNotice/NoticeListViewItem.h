@@ -11,6 +11,8 @@
 #include <vector>
 
 class QFontMetrics;
+template <typename Inputs>
+class RowPaintCache;
 
 // Paints one row of a gathered-notice window: avatar, title, time, body and,
 // for lessons about to start or started, the enter-classroom button. Rows
@@ -58,6 +60,13 @@ public:
     static constexpr int ActivityLayoutsKept = 8;
     int keptActivityLayoutCount() const { return int(m_activityLayouts.size()); }
 
+    // Row pictures kept now, and painted since the delegate was made.
+    int keptRowPictureCount() const;
+    int rowPicturesMade() const;
+    // What the kept row pictures weigh now, and the most they may, in kilobytes.
+    int keptRowPictureKilobytes() const;
+    int maxRowPictureKilobytes() const;
+
 signals:
     void clickedItem(QAbstractItemModel* model, QModelIndex index);
     void enterClassRoom(QAbstractItemModel* model, QModelIndex index);
@@ -65,6 +74,10 @@ signals:
 private:
     static void paintBackground(QPainter* painter, const QStyleOptionViewItem& option);
     static void paintSeparator(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index);
+    struct RowInputs;
+    RowInputs rowInputs(const VyrEngine::GatherNotice& notice, const QStyleOptionViewItem& option) const;
+    static QRect pictureArea(const QRect& rowRect);
+    void paintContent(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice) const;
     static void paintAvatar(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice);
     void paintText(QPainter* painter, const QRect& rowRect, const VyrEngine::GatherNotice& notice) const;
     static void paintEnterButton(QPainter* painter, const QRect& buttonRect);
@@ -97,4 +110,7 @@ private:
     // The most recently used last.
     mutable std::vector<ActivityLayout> m_activityLayouts;
     mutable int m_activityLayoutCount = 0;
+
+    // Each recently painted row's picture, by record.
+    std::unique_ptr<RowPaintCache<RowInputs>> m_rowPictures;
 };

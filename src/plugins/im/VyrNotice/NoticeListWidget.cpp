@@ -58,6 +58,7 @@ QMap<QString, QVariant> checkUp(bool followed)
 NoticeListWidget::NoticeListWidget(VyrEngine::NoticeCategory noticeCategory, QWidget* parent)
     : QWidget(parent, Qt::WindowFlags())
     , m_noticeCategory(noticeCategory)
+    , m_shadow(QStringLiteral(":/im/images/notice/GatherNoticeShadow.png"))
 {
     // Intended: set here and read nowhere.
     m_unusedValue = 0;
@@ -199,12 +200,20 @@ void NoticeListWidget::updateTitle()
 void NoticeListWidget::paintEvent(QPaintEvent* event)
 {
     Q_UNUSED(event)
+    // Stretching the border is most of a repaint: it is drawn again only for a new size or pixel ratio.
+    const qreal ratio = devicePixelRatioF();
+    if (m_shadowFrame.isNull() || m_shadowFrame.devicePixelRatioF() != ratio
+        || m_shadowFrame.size() != (QSizeF(size()) * ratio).toSize()) {
+        m_shadowFrame = QPixmap((QSizeF(size()) * ratio).toSize());
+        m_shadowFrame.setDevicePixelRatio(ratio);
+        m_shadowFrame.fill(Qt::transparent);
+        QPainter frame(&m_shadowFrame);
+        frame.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        qDrawBorderPixmap(&frame, rect(), s_shadowMargins, m_shadow, m_shadow.rect(), s_shadowMargins,
+                          QTileRules(Qt::StretchTile, Qt::StretchTile), QDrawBorderPixmap::DrawingHints());
+    }
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    // Loaded on every paint; there is no cache.
-    const QPixmap shadow(QStringLiteral(":/im/images/notice/GatherNoticeShadow.png"));
-    qDrawBorderPixmap(&painter, rect(), s_shadowMargins, shadow, shadow.rect(), s_shadowMargins,
-                      QTileRules(Qt::StretchTile, Qt::StretchTile), QDrawBorderPixmap::DrawingHints());
+    painter.drawPixmap(0, 0, m_shadowFrame);
     painter.end();
 }
 

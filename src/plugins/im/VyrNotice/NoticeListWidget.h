@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QMargins>
 #include <QModelIndex>
+#include <QPixmap>
 #include <QPoint>
 #include <QSharedPointer>
 #include <QVariant>
@@ -220,6 +221,10 @@ private:
     int m_unusedValue = 0;
     double m_maxVisibleItems = 3.5;
     int m_listHeight = 0;
+    // The shadow border's picture, loaded with the window rather than at each paint,
+    // and the border as drawn at the window's size and pixel ratio.
+    QPixmap m_shadow;
+    QPixmap m_shadowFrame;
     QPoint m_startPos;
     QPoint m_endPos;
     bool m_isPosChanged = false;
