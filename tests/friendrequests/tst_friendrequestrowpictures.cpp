@@ -18,6 +18,7 @@
 #include <functional>
 #include <memory>
 
+using namespace FriendRequest;
 using Probe = FriendRequestViewItemProbe;
 
 namespace {
