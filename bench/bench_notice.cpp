@@ -8,7 +8,7 @@
 // measured in the same run.
 
 #include "AvatarManager.h"
-#include "ClusterNoticeText.h"
+#include "ClusterNoticeText_p.h"
 #include "CoreEngine.h"
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"

@@ -4,7 +4,7 @@
 #include "CoreEngine.h"
 #include "CourseEngine.h"
 #include "FutureObserver_p.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 #include "PopNoticeBaseWidget.h"
 
 #include <QBoxLayout>

@@ -1,4 +1,4 @@
-#include "FriendRequestSortFilterProxyModel.h"
+#include "FriendRequestSortFilterProxyModel_p.h"
 
 #include "FriendRequestModel.h"
 
