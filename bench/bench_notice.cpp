@@ -11,12 +11,13 @@
 // measured in the same run (CPU time).
 
 #include "AvatarManager.h"
-#include "ClusterNoticeText.h"
+#include "ClusterNoticeText_p.h"
 #include "CoreEngine.h"
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "ScreenCorner.h"
+#include "ScreenCornerOverride_p.h"
 #include "VyrUtils.h"
 
 #include <QApplication>
@@ -373,7 +374,7 @@ int main(int argc, char** argv)
     AvatarManager::instance().setClusterAvatarName(501, QStringLiteral("Class Three"));
     // Quiet: the window logs each adjustment.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    ScreenCorner::setOverride({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
+    ScreenCornerOverride::set({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
 
     benchmark::Initialize(&argc, argv);
     MedianReporter reporter;

@@ -1,6 +1,6 @@
 // The gathered cluster notice row's text: any notice text is fitted without
 // a crash or a sanitizer report, into at most two lines.
-#include "ClusterNoticeText.h"
+#include "ClusterNoticeText_p.h"
 #include "FuzzSupport.h"
 
 #include <QStringList>

@@ -5,7 +5,7 @@
 // The input's last bytes choose the case (from the end, as
 // FuzzedDataProvider takes numbers), the rest is the name.
 #include "FuzzSupport.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

@@ -2,7 +2,7 @@
 // without a crash or a sanitizer report, into at most two lines. The input's
 // first ": " divides the sender's name from the message, as the label shows them.
 #include "FuzzSupport.h"
-#include "NoticeRemindText.h"
+#include "NoticeRemindText_p.h"
 
 #include <QStringList>
 

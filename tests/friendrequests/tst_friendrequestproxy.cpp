@@ -1,7 +1,7 @@
 #include "FriendRequestFixture.h"
 #include "FriendRequestModel.h"
 #include "FriendRequestModelProbe.h"
-#include "FriendRequestSortFilterProxyModel.h"
+#include "FriendRequestSortFilterProxyModel_p.h"
 #include "FriendRequestTreeRecorder.h"
 
 #include <QAbstractItemModelTester>

@@ -1,7 +1,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "CourseEngine.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 #include "LogCapture.h"
 #include "Model.h"
 #include "ModelSignalRecorder.h"

@@ -1,4 +1,4 @@
-#include "ClusterNoticeText.h"
+#include "ClusterNoticeText_p.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "CourseEngine.h"

@@ -4,7 +4,7 @@
 #include "LocalHttpServer.h"
 #include "LogCapture.h"
 #include "NoticeRemindNoticeWidget.h"
-#include "NoticeRemindText.h"
+#include "NoticeRemindText_p.h"
 #include "PixelProbe.h"
 #include "PopupHarness.h"
 #include "SimpleMessagePopup.h"

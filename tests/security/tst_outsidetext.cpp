@@ -9,7 +9,7 @@
 #include "MicroCourseNoticeWidget.h"
 #include "NoticeEngine.h"
 #include "NoticeRemindNoticeWidget.h"
-#include "NoticeRemindText.h"
+#include "NoticeRemindText_p.h"
 #include "OutsideText_p.h"
 #include "ResourceSpy.h"
 #include "StudyActivityNoticeWidget.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FriendRequestModel.h"
-#include "FriendRequestShowMoreSignals.h"
+#include "FriendRequestShowMoreSignals_p.h"
 
 #include <QMap>
 #include <QModelIndex>

@@ -1,7 +1,7 @@
 #include "AvatarManager.h"
 #include "CoreEngine.h"
 #include "ImageOp.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 #include "NoticeListModel.h"
 #include "NoticeListViewItem.h"
 #include "PixelProbe.h"

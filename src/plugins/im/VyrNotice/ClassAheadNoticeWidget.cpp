@@ -2,7 +2,7 @@
 
 #include "CardParts_p.h"
 #include "CoreEngine.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 
 #include <QBoxLayout>
 #include <QPushButton>

@@ -1,4 +1,4 @@
-#include "ClusterNoticeText.h"
+#include "ClusterNoticeText_p.h"
 
 #include <QFont>
 #include <QFontMetrics>

@@ -1,8 +1,8 @@
 #include "FriendRequestModel.h"
 
 #include "CoreEngine.h"
-#include "FriendRequestShowMoreSignals.h"
-#include "FriendRequestTreeItem.h"
+#include "FriendRequestShowMoreSignals_p.h"
+#include "FriendRequestTreeItem_p.h"
 #include "LocalDays_p.h"
 #include "NoticeEngine.h"
 

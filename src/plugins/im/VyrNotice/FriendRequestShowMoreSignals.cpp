@@ -1,4 +1,4 @@
-#include "FriendRequestShowMoreSignals.h"
+#include "FriendRequestShowMoreSignals_p.h"
 
 #include <QDebug>
 

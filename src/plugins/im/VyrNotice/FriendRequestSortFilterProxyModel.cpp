@@ -1,7 +1,7 @@
-#include "FriendRequestSortFilterProxyModel.h"
+#include "FriendRequestSortFilterProxyModel_p.h"
 
 #include "FriendRequestModel.h"
-#include "FriendRequestTreeItem.h"
+#include "FriendRequestTreeItem_p.h"
 
 using namespace FriendRequest;
 

@@ -1,4 +1,4 @@
-#include "FriendRequestTreeItem.h"
+#include "FriendRequestTreeItem_p.h"
 
 FriendRequestTreeItem::FriendRequestTreeItem(int sequenceId, quint64 displayId, quint64 date, QString message,
                                              int status, quint64 sourceId, quint64 targetId,

@@ -1,4 +1,4 @@
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 
 #include "VyrUtils.h"
 

@@ -5,7 +5,7 @@
 #include "ClusterID.h"
 #include "CoreEngine.h"
 #include "ImageOp.h"
-#include "LessonNoticeText.h"
+#include "LessonNoticeText_p.h"
 #include "LocalDays_p.h"
 #include "NameSpan_p.h"
 #include "NoticeRowMetrics_p.h"

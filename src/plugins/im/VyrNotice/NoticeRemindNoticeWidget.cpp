@@ -9,7 +9,7 @@
 #include "GlobalStyle.h"
 #include "ImSignalObject.h"
 #include "ImageOp.h"
-#include "NoticeRemindText.h"
+#include "NoticeRemindText_p.h"
 #include "OutsideText_p.h"
 #include "ResponsePod.h"
 #include "SimpleMessagePopup.h"

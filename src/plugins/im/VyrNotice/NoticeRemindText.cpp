@@ -1,4 +1,4 @@
-#include "NoticeRemindText.h"
+#include "NoticeRemindText_p.h"
 
 #include <QFontMetrics>
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "FriendRequestModel.h"
-#include "FriendRequestSortFilterProxyModel.h"
+#include "FriendRequestSortFilterProxyModel_p.h"
 #include "FriendRequestViewItem.h"
 #include "NoticeEngine.h"
 #include "OutsideText_p.h"
