@@ -381,6 +381,17 @@ VyrEngine::GatherNoticePtr NoticeListModel::findLessonRow(quint64 lessonId)
     return entry == m_lessonRows.end() ? nullptr : entry->second;
 }
 
+// A removed row leaves the index; a lesson has one lesson row at most, so no
+// other row takes its place.
+void NoticeListModel::forgetLessonRow(const VyrEngine::GatherNoticePtr& notice)
+{
+    if (!notice)
+        return;
+    auto entry = m_lessonRows.find(notice->lessonId());
+    if (entry != m_lessonRows.end() && entry->second == notice)
+        m_lessonRows.erase(entry);
+}
+
 void NoticeListModel::rebuildLessonRows()
 {
     m_lessonRows.clear();
@@ -448,8 +459,8 @@ void NoticeListModel::delNotice(const QModelIndex& index)
     beginResetModel();
     auto it = m_notices.begin() + index.row();
     const VyrEngine::NoticeCategory category = *it ? (*it)->category() : VyrEngine::Activity;
+    forgetLessonRow(*it);
     m_notices.erase(it);
-    m_lessonRowsStale = true;
     m_shownRows = int(m_notices.size());
     endResetModel();
     emit removeNoticeListItem(category);
@@ -465,8 +476,8 @@ void NoticeListModel::delNotice(const QString& noticeId)
     for (auto it = m_notices.begin(); it != m_notices.end(); ++it) {
         if (*it && (*it)->noticeId() == noticeId) {
             category = (*it)->category();
+            forgetLessonRow(*it);
             m_notices.erase(it);
-            m_lessonRowsStale = true;
             break;
         }
     }

@@ -221,6 +221,7 @@ private:
 
     void addNotice(VyrEngine::GatherNoticePtr notice);
     VyrEngine::GatherNoticePtr findLessonRow(quint64 lessonId);
+    void forgetLessonRow(const VyrEngine::GatherNoticePtr& notice);
     void rebuildLessonRows();
     void announceBatch();
     void emitPopup(VyrEngine::NoticeCategory category, int added);
@@ -236,8 +237,9 @@ private:
     static NoticeListModel* m_pInstance;
     std::vector<VyrEngine::GatherNoticePtr> m_notices;
     // The first lesson row of each lesson, so that a lesson's completion
-    // finds its row without walking the list. Rebuilt in one pass after a
-    // removal or when an entry no longer matches its record.
+    // finds its row without walking the list. A removed row leaves it; it is
+    // rebuilt in one pass after a category is cleared or when an entry no
+    // longer matches its record.
     std::unordered_map<quint64, VyrEngine::GatherNoticePtr> m_lessonRows;
     bool m_lessonRowsStale = false;
     // Rows the item model shows: all of m_notices but inside a batch.
