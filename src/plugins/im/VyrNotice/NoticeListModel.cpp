@@ -498,6 +498,8 @@ void NoticeListModel::delNotice(VyrEngine::NoticeCategory noticeCategory)
         else
             ++it;
     }
+    // The index lets go of the removed records now and is rebuilt when next asked.
+    m_lessonRows.clear();
     m_lessonRowsStale = true;
     m_shownRows = int(m_notices.size());
     endResetModel();
