@@ -62,6 +62,8 @@ private slots:
     void updateTracksAgainWithNewPushId();
     void trackingBody_data();
     void trackingBody();
+    void rowFoundAfterListChanged_data();
+    void rowFoundAfterListChanged();
 };
 
 // The call returns before the row exists: the name is looked up first.
@@ -366,6 +368,71 @@ void TestLessonIntake::trackingBody()
     QCOMPARE(events.size(), 1);
     QCOMPARE(events[0].second.value("push_body").toString(), body);
     QCOMPARE(LessonNoticeText::body(true, name, quint32(kNow + secondsLeft), kNow), body);
+}
+
+namespace {
+// What happens to the list between a lesson's first completion and its second.
+enum class Change { RemoveOther, RemoveAllLessons, MoveToActivity, RemoveOwnRow };
+
+QString lessonRows()
+{
+    QStringList rows;
+    for (int row = 0; row < model()->rowCount(); ++row)
+        rows << QStringLiteral("%1:%2").arg(noticeAt(row)->lessonId()).arg(int(noticeAt(row)->type()));
+    return rows.join(QLatin1Char(' '));
+}
+} // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+// After removals and a row turned activity, a lesson's next event still finds
+// its one lesson row, or makes a new one when none is left.
+void TestLessonIntake::rowFoundAfterListChanged_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<bool>("sameRow");
+    QTest::newRow("other removed") << Change::RemoveOther << "22:4" << true;
+    QTest::newRow("lessons cleared") << Change::RemoveAllLessons << "22:2" << false;
+    QTest::newRow("moved to activity") << Change::MoveToActivity << "21:3 22:5 22:2" << false;
+    QTest::newRow("own row removed") << Change::RemoveOwnRow << "21:3 22:2" << false;
+}
+
+void TestLessonIntake::rowFoundAfterListChanged()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, rows);
+    QFETCH(bool, sameRow);
+    TestKit::putLesson(21, QStringLiteral("Art"), kNow + 600);
+    TestKit::putLesson(22, QStringLiteral("Music"), kNow + 600);
+    model()->addLessonNotice(LessonPrepare, 21);
+    model()->addLessonNotice(LessonAhead, 22);
+    TestKit::settle();
+    QCOMPARE(model()->rowCount(), 2);
+    const QString firstId = noticeAt(1)->noticeId();
+
+    switch (change) {
+    case Change::RemoveOther:
+        model()->delNotice(noticeAt(0)->noticeId());
+        break;
+    case Change::RemoveAllLessons:
+        model()->delNotice(Lesson);
+        break;
+    case Change::MoveToActivity:
+        model()->addLessonNotice(StudyReport, 22);
+        break;
+    case Change::RemoveOwnRow:
+        model()->delNotice(model()->index(1, 0));
+        break;
+    }
+    TestKit::settle();
+    model()->addLessonNotice(change == Change::RemoveOther ? LessonStart : LessonAhead, 22);
+    TestKit::settle();
+
+    QCOMPARE(lessonRows(), rows);
+    const GatherNoticePtr last = noticeAt(model()->rowCount() - 1);
+    QCOMPARE(last->noticeId() == firstId, sameRow);
+    QCOMPARE(last->category(), Lesson);
 }
 
 QTEST_MAIN(TestLessonIntake)

@@ -112,6 +112,15 @@ int NoticeListModel::rowCount(const QModelIndex& parent) const
     return m_shownRows;
 }
 
+// A window's proxy builds two indexes per comparison of its sort: answered
+// here without the two virtual look-ups of hasIndex().
+QModelIndex NoticeListModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (column != 0 || row < 0 || row >= m_shownRows || parent.isValid())
+        return {};
+    return createIndex(row, 0);
+}
+
 QVariant NoticeListModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || role != Qt::UserRole)
@@ -141,6 +150,8 @@ int NoticeListModel::getNoticeItemNum(VyrEngine::NoticeCategory noticeCategory)
 void NoticeListModel::addNotice(VyrEngine::GatherNoticePtr notice)
 {
     const VyrEngine::NoticeCategory category = notice->category();
+    if (category == VyrEngine::Lesson && !m_lessonRowsStale)
+        m_lessonRows.emplace(notice->lessonId(), notice);
     if (m_batchDepth > 0) {
         // Shown, and announced, when the batch ends.
         m_notices.push_back(notice);
@@ -320,19 +331,17 @@ void NoticeListModel::onLessonInfoArrived(VyrEngine::NoticeType type, quint64 le
                                           QSharedPointer<VyrEngine::LessonInfo> lessonInfo)
 {
     // One row per lesson: searched here, not at the call, so that two calls in
-    // quick succession also end in one row. The search walks the list itself,
-    // not a copy: nothing changes it before the match is taken.
-    auto found = std::find_if(m_notices.begin(), m_notices.end(), [lessonId](const VyrEngine::GatherNoticePtr& notice) {
-        return notice && notice->lessonId() == lessonId && notice->category() == VyrEngine::Lesson;
-    });
-    if (found != m_notices.end()) {
-        const VyrEngine::GatherNoticePtr existing = *found;
+    // quick succession also end in one row.
+    if (const VyrEngine::GatherNoticePtr existing = findLessonRow(lessonId)) {
         const bool batching = m_batchDepth > 0;
         if (!batching)
             beginResetModel();
         // Any type is taken here, even one outside the lesson range.
         existing->setType(type);
         updateLessonNotice(lesson, lessonInfo, existing);
+        // A type outside the lesson range, or another id, takes the row out of its entry.
+        if (existing->category() != VyrEngine::Lesson || existing->lessonId() != lessonId)
+            m_lessonRowsStale = true;
         trackPushMessage(existing);
         if (batching) {
             m_batchLessonUpdated = true;
@@ -352,6 +361,45 @@ void NoticeListModel::onLessonInfoArrived(VyrEngine::NoticeType type, quint64 le
     // Tracked before the row exists.
     trackPushMessage(notice);
     addNotice(notice);
+}
+
+// The first lesson row of @p lessonId in list order, or null: what a walk of
+// the list would find, read from the index while it holds. Records change
+// only through this model's intakes, which keep the index in step.
+VyrEngine::GatherNoticePtr NoticeListModel::findLessonRow(quint64 lessonId)
+{
+    if (!m_lessonRowsStale) {
+        auto entry = m_lessonRows.find(lessonId);
+        if (entry == m_lessonRows.end())
+            return nullptr;
+        const VyrEngine::GatherNoticePtr& notice = entry->second;
+        if (notice && notice->lessonId() == lessonId && notice->category() == VyrEngine::Lesson)
+            return notice;
+    }
+    rebuildLessonRows();
+    auto entry = m_lessonRows.find(lessonId);
+    return entry == m_lessonRows.end() ? nullptr : entry->second;
+}
+
+// A removed row leaves the index; a lesson has one lesson row at most, so no
+// other row takes its place.
+void NoticeListModel::forgetLessonRow(const VyrEngine::GatherNoticePtr& notice)
+{
+    if (!notice)
+        return;
+    auto entry = m_lessonRows.find(notice->lessonId());
+    if (entry != m_lessonRows.end() && entry->second == notice)
+        m_lessonRows.erase(entry);
+}
+
+void NoticeListModel::rebuildLessonRows()
+{
+    m_lessonRows.clear();
+    for (const VyrEngine::GatherNoticePtr& notice : m_notices) {
+        if (notice && notice->category() == VyrEngine::Lesson)
+            m_lessonRows.emplace(notice->lessonId(), notice);
+    }
+    m_lessonRowsStale = false;
 }
 
 void NoticeListModel::updateLessonNotice(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson,
@@ -411,6 +459,7 @@ void NoticeListModel::delNotice(const QModelIndex& index)
     beginResetModel();
     auto it = m_notices.begin() + index.row();
     const VyrEngine::NoticeCategory category = *it ? (*it)->category() : VyrEngine::Activity;
+    forgetLessonRow(*it);
     m_notices.erase(it);
     m_shownRows = int(m_notices.size());
     endResetModel();
@@ -427,6 +476,7 @@ void NoticeListModel::delNotice(const QString& noticeId)
     for (auto it = m_notices.begin(); it != m_notices.end(); ++it) {
         if (*it && (*it)->noticeId() == noticeId) {
             category = (*it)->category();
+            forgetLessonRow(*it);
             m_notices.erase(it);
             break;
         }
@@ -448,6 +498,9 @@ void NoticeListModel::delNotice(VyrEngine::NoticeCategory noticeCategory)
         else
             ++it;
     }
+    // The index lets go of the removed records now and is rebuilt when next asked.
+    m_lessonRows.clear();
+    m_lessonRowsStale = true;
     m_shownRows = int(m_notices.size());
     endResetModel();
 }

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QSharedPointer>
 #include <QSortFilterProxyModel>
+#include <unordered_map>
 #include <vector>
 
 /**
@@ -49,6 +50,11 @@ public:
 
     /** Notices of both categories; @p parent is not looked at. */
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    /**
+     * The same index as QAbstractListModel::index() gives: column 0 of a shown
+     * row under no parent, else an invalid index.
+     */
+    QModelIndex index(int row, int column = 0, const QModelIndex& parent = QModelIndex()) const override;
     /**
      * For Qt::UserRole, the row's VyrEngine::GatherNoticePtr in a QVariant;
      * an invalid QVariant for every other role and for a bad index.
@@ -214,6 +220,9 @@ private:
     }
 
     void addNotice(VyrEngine::GatherNoticePtr notice);
+    VyrEngine::GatherNoticePtr findLessonRow(quint64 lessonId);
+    void forgetLessonRow(const VyrEngine::GatherNoticePtr& notice);
+    void rebuildLessonRows();
     void announceBatch();
     void emitPopup(VyrEngine::NoticeCategory category, int added);
     void onLessonInfoArrived(VyrEngine::NoticeType type, quint64 lessonId,
@@ -227,6 +236,12 @@ private:
 
     static NoticeListModel* m_pInstance;
     std::vector<VyrEngine::GatherNoticePtr> m_notices;
+    // The first lesson row of each lesson, so that a lesson's completion
+    // finds its row without walking the list. A removed row leaves it; it is
+    // rebuilt in one pass after a category is cleared or when an entry no
+    // longer matches its record.
+    std::unordered_map<quint64, VyrEngine::GatherNoticePtr> m_lessonRows;
+    bool m_lessonRowsStale = false;
     // Rows the item model shows: all of m_notices but inside a batch.
     int m_shownRows = 0;
     int m_batchDepth = 0;

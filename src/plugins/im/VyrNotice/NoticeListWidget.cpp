@@ -163,6 +163,9 @@ QWidget* NoticeListWidget::createListWidget()
     // Intended: customContextMenuRequested goes nowhere, so no menu shows.
     m_listView->setContextMenuPolicy(Qt::CustomContextMenu);
     m_listView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Every row has the delegate's one size: the layout after each reset asks
+    // it once instead of once per row.
+    m_listView->setUniformItemSizes(true);
     m_listView->setModel(m_sortFilterModel);
     m_listView->setItemDelegate(delegate);
     m_listView->setMouseTracking(true);
