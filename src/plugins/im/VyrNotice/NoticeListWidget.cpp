@@ -6,6 +6,7 @@
 #include "NameSpan_p.h"
 #include "NoticeListViewItem.h"
 #include "NoticeRowMetrics_p.h"
+#include "NoticeWindowMetrics_p.h"
 #include "PushTracking_p.h"
 #include "ScreenCorner.h"
 #include "ShadowMask_p.h"
@@ -27,7 +28,8 @@
 #include <QtMath>
 #include <qdrawutil.h>
 
-const QMargins NoticeListWidget::s_shadowMargins(20, 20, 20, 20);
+const QMargins NoticeListWidget::s_shadowMargins(NoticeWindowMetrics::GatheredShadow, NoticeWindowMetrics::GatheredShadow,
+                                                 NoticeWindowMetrics::GatheredShadow, NoticeWindowMetrics::GatheredShadow);
 
 namespace {
 
