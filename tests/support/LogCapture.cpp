@@ -23,9 +23,11 @@ LogCapture::~LogCapture()
 
 void LogCapture::handler(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    // Only the library's own lines; Qt's categorised ones (model tester, platform) are not ours.
-    const bool isDefault = !context.category || qstrcmp(context.category, "default") == 0;
-    if (isDefault) {
+    // Only the library's lines (its own category) and the kit's (Qt's default one); Qt's
+    // categorised ones (model tester, platform) are not ours.
+    const bool isOurs = !context.category || qstrcmp(context.category, "default") == 0
+                        || qstrcmp(context.category, "vyr.notice") == 0;
+    if (isOurs) {
         QMutexLocker lock(&s_mutex);
         s_lines.append(Line{type, QString::fromUtf8(context.file ? context.file : ""),
                             QString::fromUtf8(context.function ? context.function : ""), message});

@@ -1,4 +1,5 @@
 #include "BoundedHtml_p.h"
+#include "NoticeLog_p.h"
 
 #include <QDebug>
 #include <QFile>
@@ -235,9 +236,9 @@ public:
             pos = m_html.at(pos) == QLatin1Char('<') ? takeTag(pos) : takeText(pos);
         if (!m_reason.isEmpty()) {
             m_out += kEllipsis;
-            qInfo() << "rich text cut, reason:" << m_reason << "length:" << m_html.size() << "kept:" << m_out.size() - 1;
+            qCInfo(lcVyrNotice) << "rich text cut, reason:" << m_reason << "length:" << m_html.size() << "kept:" << m_out.size() - 1;
         } else if (m_clamped) {
-            qInfo() << "rich text attributes replaced, length:" << m_html.size();
+            qCInfo(lcVyrNotice) << "rich text attributes replaced, length:" << m_html.size();
         }
         return m_out;
     }
@@ -385,7 +386,7 @@ QVariant BoundedHtml::ownResource(int type, const QUrl& name)
         // Missing: Qt then tries the picture's name itself, which bounded() made a ":/" one.
         return QVariant();
     }
-    qInfo() << "rich text resource refused, scheme:" << name.scheme() << "type:" << type;
+    qCInfo(lcVyrNotice) << "rich text resource refused, scheme:" << name.scheme() << "type:" << type;
     // Never empty for a picture: on an empty answer Qt reads the name as a local file.
     return type == QTextDocument::ImageResource ? QVariant(refusedPicture()) : QVariant();
 }
@@ -438,12 +439,12 @@ QVariant BoundedHtml::Browser::loadResource(int type, const QUrl& name)
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 void BoundedHtml::Browser::setSource(const QUrl& name)
 {
-    qInfo() << "rich text link not followed, scheme:" << name.scheme();
+    qCInfo(lcVyrNotice) << "rich text link not followed, scheme:" << name.scheme();
 }
 #else
 void BoundedHtml::Browser::doSetSource(const QUrl& name, QTextDocument::ResourceType type)
 {
     Q_UNUSED(type)
-    qInfo() << "rich text link not followed, scheme:" << name.scheme();
+    qCInfo(lcVyrNotice) << "rich text link not followed, scheme:" << name.scheme();
 }
 #endif

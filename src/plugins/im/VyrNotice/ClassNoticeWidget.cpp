@@ -9,6 +9,7 @@
 #include "CourseEngine.h"
 #include "CourseUtilities.h"
 #include "ImSignalObject.h"
+#include "NoticeLog_p.h"
 #include "PushTracking_p.h"
 
 #include <QDebug>
@@ -169,7 +170,7 @@ void ClassNoticeWidget::updateData(QSharedPointer<VyrEngine::SnapshotLesson> les
     } else if (course) {
         name = course->name;
     } else {
-        qInfo() << "oops, no cluster info for id:" << m_lesson->courseId;
+        qCInfo(lcVyrNotice) << "oops, no cluster info for id:" << m_lesson->courseId;
     }
 
     m_aheadWidget->setLessonData(lesson, name);

@@ -5,6 +5,7 @@
 #include "FriendRequestTreeItem_p.h"
 #include "LocalDays_p.h"
 #include "NoticeEngine.h"
+#include "NoticeLog_p.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -195,7 +196,7 @@ void FriendRequestModel::regroupIfZoneChanged()
     for (FriendRequestTreeItem* row : moved)
         appendToItsDay(row);
     rebuildDayIndex();
-    qInfo() << "time zone changed, friend requests regrouped by day, rows moved:" << moved.size();
+    qCInfo(lcVyrNotice) << "time zone changed, friend requests regrouped by day, rows moved:" << moved.size();
 }
 
 void FriendRequestModel::indexGroup(FriendRequestTreeItem* group)
@@ -346,7 +347,7 @@ void FriendRequestModel::preAdd(FriendRequestInfo info, const QModelIndex& paren
 {
     if (isHiddenRecord(info))
         return;
-    qDebug() << "==========" << info.message() << ", " << s_preAddLineCount++;
+    qCDebug(lcVyrNotice) << "==========" << info.message() << ", " << s_preAddLineCount++;
     const quint64 id = getDisplayId(info);
     bool madeGroup = false;
     beginInsertRows(parent, 0, 0);
@@ -445,12 +446,12 @@ void FriendRequestModel::printAllFriendRequest()
 {
     for (AbstractTreeItem* groupItem : root()->children()) {
         auto* group = static_cast<FriendRequestTreeItem*>(groupItem);
-        qDebug() << "#######parent: " << group->childCount() << group->displayId() << dayOf(group->date())
+        qCDebug(lcVyrNotice) << "#######parent: " << group->childCount() << group->displayId() << dayOf(group->date())
                  << group->message();
         for (AbstractTreeItem* leafItem : group->children()) {
             auto* leaf = static_cast<FriendRequestTreeItem*>(leafItem);
             // Intended: the group's sequence id and day, beside the row's person and message.
-            qDebug() << "#######child: " << group->sequenceId() << leaf->displayId() << dayOf(group->date())
+            qCDebug(lcVyrNotice) << "#######child: " << group->sequenceId() << leaf->displayId() << dayOf(group->date())
                      << leaf->message();
         }
     }

@@ -1,4 +1,5 @@
 #include "FriendRequestShowMoreSignals_p.h"
+#include "NoticeLog_p.h"
 
 #include <QDebug>
 
@@ -9,5 +10,5 @@ FriendRequestShowMoreSignals::FriendRequestShowMoreSignals()
 
 FriendRequestShowMoreSignals::~FriendRequestShowMoreSignals()
 {
-    qDebug() << "FriendRequestShowMoreSignals::~FriendRequestShowMoreSignals";
+    qCDebug(lcVyrNotice) << "FriendRequestShowMoreSignals::~FriendRequestShowMoreSignals";
 }

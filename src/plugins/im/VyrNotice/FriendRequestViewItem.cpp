@@ -6,6 +6,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "ImageOp.h"
+#include "NoticeLog_p.h"
 #include "RowPaintCache_p.h"
 #include "UserInfo.h"
 #include "VyrUtils.h"
@@ -328,7 +329,7 @@ void FriendRequestViewItem::noteUnknownPerson(quint64 uid) const
     if (m_unknownPeopleLogged.size() >= MaxUnknownPeopleLogged)
         m_unknownPeopleLogged.clear();
     m_unknownPeopleLogged.insert(uid);
-    qInfo() << "friend request of a person the contacts engine doesn't know, row left blank, uid:" << uid;
+    qCInfo(lcVyrNotice) << "friend request of a person the contacts engine doesn't know, row left blank, uid:" << uid;
 }
 
 QPixmap FriendRequestViewItem::roundAvatar(quint64 uid, const QSize& size, qreal ratio) const

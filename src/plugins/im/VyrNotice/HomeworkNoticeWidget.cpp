@@ -1,6 +1,7 @@
 #include "HomeworkNoticeWidget.h"
 
 #include "CardParts_p.h"
+#include "NoticeLog_p.h"
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "HomeworkManager.h"
@@ -87,7 +88,7 @@ void HomeworkNoticeWidget::updateData()
     CardParts::showWork(this, *m_card,
                         {key, m_info->name, key == QLatin1String(kExpiryKey), m_info->expireCount, m_isReviewSide,
                          m_userId, m_info->courseId},
-                        QMessageLogger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC));
+                        QMessageLogger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC, lcVyrNotice().categoryName()));
 }
 
 void HomeworkNoticeWidget::connectOutside()

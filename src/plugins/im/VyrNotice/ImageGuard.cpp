@@ -1,6 +1,7 @@
 #include "ImageGuard_p.h"
 
 #include "FutureObserver_p.h"
+#include "NoticeLog_p.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -226,7 +227,7 @@ QImage ImageGuard::decode(const QByteArray& data, const QSize& shownAt)
     QImageReader reader(&buffer);
     const Header header = readHeader(reader, data);
     if (!header.refusal.isEmpty()) {
-        qInfo().noquote() << "picture refused:" << header.refusal;
+        qCInfo(lcVyrNotice).noquote() << "picture refused:" << header.refusal;
         return QImage();
     }
     const QSize size = decodeSize(header.size, shownAt);
@@ -238,7 +239,7 @@ QImage ImageGuard::decode(const QByteArray& data, const QSize& shownAt)
         hook(header.size);
     const QImage image = reader.read();
     if (image.isNull())
-        qInfo().noquote() << "picture refused:" << QString::fromLatin1(header.format) << "not decoded,"
+        qCInfo(lcVyrNotice).noquote() << "picture refused:" << QString::fromLatin1(header.format) << "not decoded,"
                           << reader.errorString();
     return image;
 }

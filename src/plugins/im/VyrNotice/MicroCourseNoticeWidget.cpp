@@ -6,6 +6,7 @@
 #include "ImageGuard_p.h"
 #include "FileServerUrl_p.h"
 #include "ImageOp.h"
+#include "NoticeLog_p.h"
 #include "VyrUtils.h"
 
 #include <QBoxLayout>
@@ -90,7 +91,7 @@ void MicroCourseNoticeWidget::updateData()
     QString refusal;
     const QUrl address = FileServerUrl::resolve(VyrEngine::CoreEngine::instance()->fileServerPrefix(), coverUrl, &refusal);
     if (address.isEmpty()) {
-        qInfo() << "micro-course cover refused:" << refusal << "coverUrl:" << coverUrl.left(kLoggedPathLength);
+        qCInfo(lcVyrNotice) << "micro-course cover refused:" << refusal << "coverUrl:" << coverUrl.left(kLoggedPathLength);
         setAvatarPixmap(QPixmap(kFallbackCover));
         return;
     }

@@ -3,6 +3,7 @@
 #include "CoreEngine.h"
 #include "GlobalStyle.h"
 #include "HostName_p.h"
+#include "NoticeLog_p.h"
 #include "SchoolSettingManager.h"
 #include "VyrSettings.h"
 #include "VyrUtils.h"
@@ -117,7 +118,7 @@ void NotAuthSchoolNotice::toAuthLink()
         // bare host name could lead elsewhere (a path, a user part, a port).
         QString reason;
         if (!HostName::isBare(m_uidDomainName, &reason)) {
-            qInfo() << "toAuthLink refused, the school domain is not a host name:" << reason
+            qCInfo(lcVyrNotice) << "toAuthLink refused, the school domain is not a host name:" << reason
                     << m_uidDomainName.left(kLoggedDomainLength) << "length" << m_uidDomainName.size();
             emit signalClose();
             return;
@@ -126,7 +127,7 @@ void NotAuthSchoolNotice::toAuthLink()
         url.remove(0, VyrUtils::getDomainUrl(true, true).length());
         url = QStringLiteral("https://") + VyrUtils::urlSplicing({m_uidDomainName, url});
     }
-    qInfo() << "toAuthLink" << url;
+    qCInfo(lcVyrNotice) << "toAuthLink" << url;
     // Intended: the result isn't looked at; the notice closes either way.
     QDesktopServices::openUrl(QUrl(url, QUrl::TolerantMode));
     emit signalClose();
@@ -136,7 +137,7 @@ void NotAuthSchoolNotice::onGetUidDomainName(qlonglong uid, QString url, int fla
                                              QString errorString)
 {
     // Intended: every answer is logged, also those of another query.
-    qInfo() << "NotAuthSchoolNotice::onGetUidDomainName---------------->" << uid << url << flag << networkError
+    qCInfo(lcVyrNotice) << "NotAuthSchoolNotice::onGetUidDomainName---------------->" << uid << url << flag << networkError
             << errorNo << errorString;
     // Intended: an answer of another flag belongs to another query.
     if (flag != kDomainQueryFlag)
@@ -148,5 +149,5 @@ void NotAuthSchoolNotice::onGetUidDomainName(qlonglong uid, QString url, int fla
     // Intended: what the manager holds now replaces the answer's url.
     m_uidDomainName = Org::SchoolSettingManager::getInstance()->getUidDomainName(quint64(uid), kDomainQueryFlag);
     // Intended: the second line leaves out the flag.
-    qInfo() << "m_uidDomainName" << uid << url << networkError << errorNo << errorString;
+    qCInfo(lcVyrNotice) << "m_uidDomainName" << uid << url << networkError << errorNo << errorString;
 }

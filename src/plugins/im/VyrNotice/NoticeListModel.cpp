@@ -9,6 +9,7 @@
 #include "FutureObserver_p.h"
 #include "LessonNoticeText_p.h"
 #include "Model.h"
+#include "NoticeLog_p.h"
 #include "PushTracking_p.h"
 #include "VyrUtils.h"
 
@@ -60,7 +61,7 @@ QString studyReportTitle(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson
 
     const QString unknown = QStringLiteral("Unknown");
     if (!reportMayUseCourseName(*lesson)) {
-        qInfo() << "oops, failed to get cluster name" << lesson->courseId;
+        qCInfo(lcVyrNotice) << "oops, failed to get cluster name" << lesson->courseId;
         return unknown;
     }
     // Only polled: an unfinished look-up leaves the title unknown, with no word.
@@ -70,7 +71,7 @@ QString studyReportTitle(const QSharedPointer<VyrEngine::SnapshotLesson>& lesson
     // A finished look-up is trusted to carry a record; one without is logged
     // rather than dereferenced.
     if (courseFuture.resultCount() < 1 || !courseFuture.resultAt(0)) {
-        qInfo() << "oops, course info finished without a record, id:" << lesson->courseId;
+        qCInfo(lcVyrNotice) << "oops, course info finished without a record, id:" << lesson->courseId;
         return unknown;
     }
     return courseFuture.resultAt(0)->name;
@@ -204,7 +205,7 @@ void NoticeListModel::beginBatch()
 void NoticeListModel::endBatch()
 {
     if (m_batchDepth == 0) {
-        qInfo() << "end of a batch that was never begun, ignored";
+        qCInfo(lcVyrNotice) << "end of a batch that was never begun, ignored";
         return;
     }
     if (--m_batchDepth == 0)
@@ -272,11 +273,11 @@ void NoticeListModel::addStudyActivityNotice(QSharedPointer<AppendixDataPod> pod
     if (pod && pod->courseData)
         notice->setClusterId(quint64(pod->courseData->courseId));
     else
-        qInfo() << "study activity notice without its course record";
+        qCInfo(lcVyrNotice) << "study activity notice without its course record";
     if (displayPod)
         notice->setTitle(displayPod->headingText);
     else
-        qInfo() << "study activity notice without its display record";
+        qCInfo(lcVyrNotice) << "study activity notice without its display record";
     notice->setAppendixPod(pod);
     notice->setDisplayPod(displayPod);
     notice->setNoticeId(VyrUtils::createUuid());
@@ -428,7 +429,7 @@ void NoticeListModel::updateLessonNotice(const QSharedPointer<VyrEngine::Snapsho
     } else if (course) {
         title = course->name;
     } else {
-        qInfo() << "oops, no cluster info for id:" << lesson->courseId;
+        qCInfo(lcVyrNotice) << "oops, no cluster info for id:" << lesson->courseId;
     }
     notice->setTitle(title);
 }
@@ -447,11 +448,11 @@ void NoticeListModel::trackPushMessage(VyrEngine::GatherNoticePtr notice)
 void NoticeListModel::delNotice(const QModelIndex& index)
 {
     if (!index.isValid()) {
-        qInfo() << "delete notice, index is invalid";
+        qCInfo(lcVyrNotice) << "delete notice, index is invalid";
         return;
     }
     if (index.row() < 0 || index.row() >= m_shownRows) {
-        qInfo() << "delete notice, index row abnormal, row:" << index.row() << "notice size:" << m_shownRows;
+        qCInfo(lcVyrNotice) << "delete notice, index row abnormal, row:" << index.row() << "notice size:" << m_shownRows;
         return;
     }
     // What the batch has so far is announced first; the row keeps its place.

@@ -5,6 +5,7 @@
 #include "NoticeListModel.h"
 #include "NameSpan_p.h"
 #include "NoticeListViewItem.h"
+#include "NoticeLog_p.h"
 #include "NoticeRowMetrics_p.h"
 #include "NoticeWindowMetrics_p.h"
 #include "PushTracking_p.h"
@@ -235,7 +236,7 @@ void NoticeListWidget::mouseMoveEvent(QMouseEvent* event)
 
 void NoticeListWidget::adjustListHeight(int change)
 {
-    qInfo() << "adjust NoticeListWidget Height, noticeCategory:" << m_noticeCategory;
+    qCInfo(lcVyrNotice) << "adjust NoticeListWidget Height, noticeCategory:" << m_noticeCategory;
     updateTitle();
 
     if (change == 0) {
@@ -251,7 +252,7 @@ void NoticeListWidget::adjustListHeight(int change)
         m_listHeight -= rowCount == qFloor(m_maxVisibleItems) ? kHalfRowHeight : kRowHeight;
         if (m_listHeight < kRowHeight) {
             emit noticeWidgetHidden(m_noticeCategory, m_isPosChanged);
-            qInfo() << "hide NoticeListWidget, noticeCategory:" << m_noticeCategory << m_isPosChanged;
+            qCInfo(lcVyrNotice) << "hide NoticeListWidget, noticeCategory:" << m_noticeCategory << m_isPosChanged;
             m_isPosChanged = false;
             setVisible(false);
             m_listHeight = 0;
@@ -457,7 +458,7 @@ void NoticeListWidget::onClickedItem(QAbstractItemModel* model, QModelIndex inde
     if (!qobject_cast<NoticeListSortFilterModel*>(model))
         return;
     if (!index.isValid()) {
-        qInfo() << "clicked notice item, index is invalid";
+        qCInfo(lcVyrNotice) << "clicked notice item, index is invalid";
         return;
     }
     const VyrEngine::GatherNoticePtr notice = noticeOf(index);
@@ -499,7 +500,7 @@ void NoticeListWidget::onEnterClassRoom(QAbstractItemModel* model, QModelIndex i
         return;
     if (!index.isValid()) {
         // Intended: the test above has already returned, so this line is never printed.
-        qInfo() << "clicked notice item, EnterClassRoom, index is invalid";
+        qCInfo(lcVyrNotice) << "clicked notice item, EnterClassRoom, index is invalid";
         return;
     }
     const VyrEngine::GatherNoticePtr notice = noticeOf(index);

@@ -9,6 +9,7 @@
 #include "GlobalStyle.h"
 #include "ImSignalObject.h"
 #include "ImageOp.h"
+#include "NoticeLog_p.h"
 #include "NoticeRemindText_p.h"
 #include "OutsideText_p.h"
 #include "ResponsePod.h"
@@ -131,7 +132,7 @@ void NoticeRemindNoticeWidget::initUi()
 
 QString NoticeRemindNoticeWidget::messageText() const
 {
-    qInfo() << "get cluster member nickname, gid" << m_gid << "creatorId:" << m_creatorId;
+    qCInfo(lcVyrNotice) << "get cluster member nickname, gid" << m_gid << "creatorId:" << m_creatorId;
     std::map<quint64, QString> nicknames = VyrEngine::ContactsEngine::instance()->clusterMemberNicknames(
         VyrEngine::ClusterID(m_gid, 0), std::vector<quint64>{m_creatorId}, QString(), false);
     // The subscript gives an empty name for a sender the cluster doesn't know.
@@ -169,7 +170,7 @@ void NoticeRemindNoticeWidget::onViewNow()
                 Q_UNUSED(error)
                 if (errorNo == 1) {
                     emit ImSignalObject::instance()->signalViewClusterNoticeDetails(kClusterNoticePage, m_contentId);
-                    qInfo() << "emit signalViewClusterNoticeDetails, m_contentId" << m_contentId;
+                    qCInfo(lcVyrNotice) << "emit signalViewClusterNoticeDetails, m_contentId" << m_contentId;
                     close();
                 }
             }
@@ -181,7 +182,7 @@ void NoticeRemindNoticeWidget::onViewNow()
                 SimpleMessagePopup::popupSimpleMessage(qtTrId("ID_Notice_NoticeDeleted", -1), kMessageDurationMs,
                                                        windowSize, windowPos);
                 // Intended: after a network failure errorNo is still its initial 1.
-                qInfo().noquote() << QStringLiteral("url:%1, errorNo=%2, errorString:%3")
+                qCInfo(lcVyrNotice).noquote() << QStringLiteral("url:%1, errorNo=%2, errorString:%3")
                                .arg(response->url.toString())
                                .arg(errorNo)
                                .arg(response->errorString);

@@ -1,3 +1,4 @@
+#include "NoticeLog_p.h"
 #include "NoticeTranslator.h"
 
 #include <QCoreApplication>
@@ -49,7 +50,7 @@ Q_COREAPP_STARTUP_FUNCTION(ensureEnglish)
 bool NoticeTranslator::install(const QLocale& locale)
 {
     if (!QCoreApplication::instance()) {
-        qInfo() << "no application yet, notice translation not installed for locale" << locale.name();
+        qCInfo(lcVyrNotice) << "no application yet, notice translation not installed for locale" << locale.name();
         return false;
     }
     ensureEnglish();
@@ -60,7 +61,7 @@ bool NoticeTranslator::install(const QLocale& locale)
     // Tries the locale's UI languages in turn: zh_CN, then zh, and so on.
     if (!translator->load(locale, QLatin1String("VyrNotice"), QStringLiteral("_"), resourceDirectory())) {
         delete translator;
-        qInfo() << "no notice translations, texts stay in English, locale:" << locale.name();
+        qCInfo(lcVyrNotice) << "no notice translations, texts stay in English, locale:" << locale.name();
         return false;
     }
     if (translator->language().startsWith(QLatin1String("en"))) {

@@ -1,3 +1,4 @@
+#include "NoticeLog_p.h"
 #include "ShadowMask_p.h"
 
 #include <QEvent>
@@ -51,7 +52,7 @@ private:
         }
         const QRegion panel(m_window->rect().marginsRemoved(m_shadow));
         if (m_window->mask() != panel) {
-            qInfo() << "no compositing manager: showing" << m_window->metaObject()->className()
+            qCInfo(lcVyrNotice) << "no compositing manager: showing" << m_window->metaObject()->className()
                     << "without its shadow border";
             m_window->setMask(panel);
         }

@@ -5,6 +5,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "NameSpan_p.h"
+#include "NoticeLog_p.h"
 #include "StudyActivityMessagePushManager.h"
 
 #include <QBoxLayout>
@@ -23,7 +24,7 @@ StudyActivityNoticeWidget::StudyActivityNoticeWidget(QSharedPointer<AppendixData
     , m_appendix(pod)
     , m_displayPod(displayPod)
 {
-    qInfo() << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
+    qCInfo(lcVyrNotice) << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
     initUi();
     updateData();
 
@@ -52,7 +53,7 @@ void StudyActivityNoticeWidget::initUi()
     CardParts::buildDetailsAndLater(m_contentWidget, &m_viewDetailsBtn, &m_laterBtn);
     CardParts::installBody(m_contentWidget, topRow, {m_viewDetailsBtn, m_laterBtn});
     // Intended: the constructor's line is written a second time, so each window logs it twice.
-    qInfo() << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
+    qCInfo(lcVyrNotice) << "ZZZZZZZZZZZZZZZZZZZ StudyActivityNoticeWidget";
 
     connect(m_viewDetailsBtn, &QPushButton::clicked, this, &StudyActivityNoticeWidget::onViewDetails);
     connect(m_laterBtn, &QPushButton::clicked, this, &StudyActivityNoticeWidget::onLater);

@@ -6,6 +6,7 @@
 #include "FutureObserver_p.h"
 #include "ImSignalObject.h"
 #include "NameSpan_p.h"
+#include "NoticeLog_p.h"
 #include "OpaqueCommonPod.h"
 
 #include <QBoxLayout>
@@ -98,7 +99,7 @@ void StudyReportNoticeWidget::updateData()
             if (course.isFinished() && course.resultCount() > 0 && course.resultAt(0))
                 name = course.resultAt(0)->name;
         } else {
-            qInfo() << "oops, failed to get cluster name" << m_lesson->courseId;
+            qCInfo(lcVyrNotice) << "oops, failed to get cluster name" << m_lesson->courseId;
         }
     }
     CardParts::setHeading(m_headingLabel, name);
@@ -151,7 +152,7 @@ void StudyReportNoticeWidget::trackClick(bool checkUp, bool withTitle)
 void StudyReportNoticeWidget::onViewDetails()
 {
     if (!m_lesson) {
-        qDebug() << "lesson is null";
+        qCDebug(lcVyrNotice) << "lesson is null";
         close();
         return;
     }

@@ -6,6 +6,7 @@
 #include "FriendRequestSortFilterProxyModel_p.h"
 #include "FriendRequestViewItem.h"
 #include "NoticeEngine.h"
+#include "NoticeLog_p.h"
 #include "OutsideText_p.h"
 #include "PersonInfoWidget.h"
 #include "TeenModeWidget.h"
@@ -147,7 +148,7 @@ bool FriendRequestTreeView::isCheckRequestOverdue(VyrEngine::FriendRequestInfo& 
     const quint64 now = nowSeconds();
     if (now - info.date() <= kAnswerWindowSeconds)
         return false;
-    qInfo() << "request is overdue" << info.date() << now;
+    qCInfo(lcVyrNotice) << "request is overdue" << info.date() << now;
     showWarning(qtTrId("ID_friendrequesttreeview_RequestTimeOut", -1));
     info.setStatus(Overdue);
     VyrEngine::NoticeEngine::instance()->markFriendRequestOverdue(info);
@@ -202,7 +203,7 @@ void FriendRequestTreeView::agree(QModelIndex index)
         return;
     // The dialog's event loop may have dropped the row's day group; its plain index is dead then.
     if (index.parent().isValid() && !group.isValid()) {
-        qInfo() << "agree, the request's day went while the password was asked";
+        qCInfo(lcVyrNotice) << "agree, the request's day went while the password was asked";
         return;
     }
     VyrEngine::NoticeEngine::instance()->touchFriendRequests();
@@ -256,7 +257,7 @@ bool FriendRequestTreeView::currentIndexReadable() const
 {
     if (m_currentGroup.isValid())
         return true;
-    qInfo() << "the menu's row is gone with its day";
+    qCInfo(lcVyrNotice) << "the menu's row is gone with its day";
     return false;
 }
 
@@ -275,7 +276,7 @@ void FriendRequestTreeView::deleteOneSlot()
     const quint64 displayId = m_currentIndex.data(DisplayIdRole).toULongLong();
     const auto user = VyrEngine::ContactsEngine::instance()->userInfo(displayId, 0);
     if (!user) {
-        qWarning() << "FriendRequestTreeView::deleteOneSlot" << "get person info error";
+        qCWarning(lcVyrNotice) << "FriendRequestTreeView::deleteOneSlot" << "get person info error";
         return;
     }
     const QString name = user->nickname().isEmpty() ? user->telephone() : user->nickname();
