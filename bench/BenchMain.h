@@ -61,13 +61,14 @@ inline std::string readable(double seconds)
     return text;
 }
 
-// "ratio  <label>  <time>  baseline <time>  x<ratio>", from CPU time; nothing
-// when either benchmark was filtered out.
+// "ratio  <label>  <time>  baseline <time>  x<ratio>", from CPU time (or the
+// time a benchmark set itself, with `cpu` false); nothing when either
+// benchmark was filtered out.
 inline double printRatio(const MedianReporter& reporter, const std::string& label, const std::string& name,
-                         const std::string& baseline)
+                         const std::string& baseline, bool cpu = true)
 {
-    const double ours = seconds(reporter, name);
-    const double base = seconds(reporter, baseline);
+    const double ours = seconds(reporter, name, cpu);
+    const double base = seconds(reporter, baseline, cpu);
     if (ours < 0 || base <= 0)
         return -1.0;
     std::printf("ratio  %-64s %12s  baseline %12s  x%.2f\n", label.c_str(), readable(ours).c_str(),

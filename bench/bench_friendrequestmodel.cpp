@@ -6,7 +6,7 @@
 // same change (building, moving one row, appending 30), and for the lateness
 // the same probe on an idle event loop.
 //
-// Run: QT_QPA_PLATFORM=offscreen build/bench/bench_friendrequestmodel
+// Run: QT_QPA_PLATFORM=offscreen build-rel/bench/bench_friendrequestmodel --benchmark_repetitions=3
 
 #include "CoreEngine.h"
 #include "FriendRequestModel.h"
@@ -19,7 +19,8 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <benchmark/benchmark.h>
-#include <cstdio>
+
+#include "BenchMain.h"
 #include <map>
 #include <memory>
 
@@ -303,65 +304,28 @@ void BM_BaselineGuiLatenessIdle(benchmark::State& state)
 BENCHMARK(BM_BaselineGuiLatenessIdle)->Args({1000, 20})->Args({10000, 20})->Args({10000, 200})->Args({100000, 1400})->Iterations(5)->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
-// Keeps each run's time, to print each figure against its baseline at the end.
-class RatioReporter : public benchmark::ConsoleReporter
+void setUp()
 {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            std::string name = run.benchmark_name();
-            name = name.substr(0, name.find("/iterations"));
-            name = name.substr(0, name.find("/manual_time"));
-            m_times[name] = run.GetAdjustedRealTime();
-            m_units[name] = benchmark::GetTimeUnitString(run.time_unit);
-        }
-    }
+    VyrEngine::CoreEngine::instance()->setCurrentUid(Me);
+    VyrEngine::CoreEngine::instance()->setCurrentTime(Day0 + 86400 * 2);
+}
 
-    void printRatios() const
-    {
-        std::printf("\n| What | Time | Baseline | Ratio |\n|---|---:|---:|---:|\n");
-        row("initUiData, 200 records (20 days)", "BM_InitUiData200", "BM_BaselineStandardBuild200");
-        for (const char* args : {"1000/20", "1000/200", "10000/20", "10000/200", "100000/1400"})
-            row(std::string("live update, rows/groups ") + args, std::string("BM_LiveUpdate/") + args,
-                std::string("BM_BaselineStandardMove/") + args);
-        for (const char* args : {"10000/20", "10000/200", "100000/1400"})
-            row(std::string("later page of 30, rows/groups ") + args, std::string("BM_LaterPage30/") + args,
-                std::string("BM_BaselineStandardAppend30/") + args);
-        for (const char* args : {"1000/20", "10000/20", "10000/200", "100000/1400"})
-            row(std::string("worst GUI lateness, 500 ms page, rows/groups ") + args,
-                std::string("BM_GuiLatenessDuringSlowPage/") + args, std::string("BM_BaselineGuiLatenessIdle/") + args);
-    }
-
-private:
-    void row(const std::string& what, const std::string& name, const std::string& baseline) const
-    {
-        auto value = m_times.find(name);
-        auto base = m_times.find(baseline);
-        if (value == m_times.end() || base == m_times.end())
-            return;
-        std::printf("| %s | %.2f %s | %.2f %s | %.2f |\n", what.c_str(), value->second, m_units.at(name).c_str(),
-                    base->second, m_units.at(baseline).c_str(), base->second > 0 ? value->second / base->second : 0.0);
-    }
-
-    std::map<std::string, double> m_times;
-    std::map<std::string, std::string> m_units;
-};
+// CPU time, but the lateness, which is the probe's own wall-clock figure.
+void printRatios(const MedianReporter& reporter)
+{
+    VyrBench::printRatio(reporter, "initUiData, 200 records (20 days)", "BM_InitUiData200",
+                         "BM_BaselineStandardBuild200");
+    for (const std::string args : {"1000/20", "1000/200", "10000/20", "10000/200", "100000/1400"})
+        VyrBench::printRatio(reporter, "live update, rows/groups " + args, "BM_LiveUpdate/" + args,
+                             "BM_BaselineStandardMove/" + args);
+    for (const std::string args : {"10000/20", "10000/200", "100000/1400"})
+        VyrBench::printRatio(reporter, "later page of 30, rows/groups " + args, "BM_LaterPage30/" + args,
+                             "BM_BaselineStandardAppend30/" + args);
+    for (const std::string args : {"1000/20", "10000/20", "10000/200", "100000/1400"})
+        VyrBench::printRatio(reporter, "worst GUI lateness, 500 ms page, rows/groups " + args,
+                             "BM_GuiLatenessDuringSlowPage/" + args, "BM_BaselineGuiLatenessIdle/" + args, false);
+}
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QCoreApplication app(argc, argv);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    VyrEngine::CoreEngine::instance()->setCurrentUid(Me);
-    VyrEngine::CoreEngine::instance()->setCurrentTime(Day0 + 86400 * 2);
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    return 0;
-}
+VYR_BENCH_MAIN_SETUP(setUp, printRatios)

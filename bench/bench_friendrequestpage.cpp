@@ -3,7 +3,9 @@
 // - the longest GUI-thread gap while a later page of 30 loads (query of
 //   500 ms on the worker, rows folded in on the GUI thread);
 // - one live update (a person's new request moves the row to today), up to
-//   the view laid out and painted again;
+//   the view laid out and painted again; and one that changes the first
+//   shown row in place (same day, another status), the baseline setting that
+//   row's data;
 // - filling the shown page with n records in one go, 1,000 to 100,000, with
 //   the growth exponent (log-log slope);
 // - scrolling a page at a time from the top to the end of 10,000 rows, three
@@ -24,7 +26,6 @@
 #include "NoticeEngine.h"
 #include "UserInfo.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QScrollBar>
@@ -32,12 +33,10 @@
 #include <QStandardItemModel>
 #include <QThreadPool>
 #include <QTimer>
-#include <QTranslator>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
 
-#include "MedianReporter.h"
-#include <cmath>
+#include "BenchMain.h"
 #include <ctime>
 #include <cstdio>
 #include <map>
@@ -325,6 +324,24 @@ void BM_BaselineLoadGap(benchmark::State& state)
 }
 BENCHMARK(BM_BaselineLoadGap)->Arg(10000)->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+// One move, up to the view laid out; a function of its own so that a profiler can single it out.
+Q_NEVER_INLINE void movePerson(Page& page, int person, quint64 date)
+{
+    FriendRequestInfo info = record(person);
+    info.setDate(date);
+    page.model->contactorAddNoticeSlot(info);
+    QCoreApplication::processEvents();
+    // Lays out now whatever the view left for later, so the figure holds all of it.
+    benchmark::DoNotOptimize(page.view->visualRect(page.view->model()->index(0, 0)));
+}
+
+Q_NEVER_INLINE void movePerson(Baseline& base, int person, quint64 date)
+{
+    base.move(100000 + quint64(person), date);
+    QCoreApplication::processEvents();
+    benchmark::DoNotOptimize(base.view.visualRect(base.proxy.index(0, 0)));
+}
+
 // One live update: a person of an old day asks again now; the row moves to today's group.
 void BM_PageLiveUpdate(benchmark::State& state)
 {
@@ -333,14 +350,8 @@ void BM_PageLiveUpdate(benchmark::State& state)
     static std::map<int, int> next;
     int& person = next.emplace(int(state.range(0)), page.rows / 2).first->second;
     static quint64 date = quint64(kNow);
-    for (auto _ : state) {
-        FriendRequestInfo info = record(person++);
-        info.setDate(++date);
-        page.model->contactorAddNoticeSlot(info);
-        QCoreApplication::processEvents();
-        // Lays out now whatever the view left for later, so the figure holds all of it.
-        benchmark::DoNotOptimize(page.view->visualRect(page.view->model()->index(0, 0)));
-    }
+    for (auto _ : state)
+        movePerson(page, person++, ++date);
 }
 BENCHMARK(BM_PageLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
 
@@ -350,39 +361,77 @@ void BM_BaselineLiveUpdate(benchmark::State& state)
     static std::map<int, int> next;
     int& person = next.emplace(int(state.range(0)), int(state.range(0)) / 2).first->second;
     static quint64 date = quint64(kNow);
+    for (auto _ : state)
+        movePerson(base, person++, ++date);
+}
+BENCHMARK(BM_BaselineLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+// One live update in place: the person in the first shown row changes status on the same day; the
+// row stays where it is and is painted anew. The baseline sets the status on its first shown row.
+int inPlaceStatus(int round)
+{
+    return kStatuses[round % 7];
+}
+
+QModelIndex firstShownRow(QAbstractItemModel* shown)
+{
+    return shown->index(0, 0, shown->index(0, 0));
+}
+
+void BM_PageLiveUpdateInPlace(benchmark::State& state)
+{
+    Page& page = pageOf(int(state.range(0)));
+    int round = 0;
     for (auto _ : state) {
-        base.move(100000 + quint64(person++), ++date);
+        const QModelIndex first = firstShownRow(page.view->model());
+        FriendRequestInfo info = record(int(first.data(DisplayIdRole).toULongLong() - 100000));
+        info.setDate(first.data(DateRole).toULongLong());
+        info.setStatus(inPlaceStatus(++round));
+        page.model->contactorAddNoticeSlot(info);
+        QCoreApplication::processEvents();
+        benchmark::DoNotOptimize(page.view->visualRect(page.view->model()->index(0, 0)));
+    }
+}
+BENCHMARK(BM_PageLiveUpdateInPlace)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+void BM_BaselineLiveUpdateInPlace(benchmark::State& state)
+{
+    Baseline& base = baselineOf(int(state.range(0)));
+    int round = 0;
+    for (auto _ : state) {
+        QStandardItem* row = base.model.itemFromIndex(base.proxy.mapToSource(firstShownRow(&base.proxy)));
+        row->setData(inPlaceStatus(++round), StatusRole);
         QCoreApplication::processEvents();
         benchmark::DoNotOptimize(base.view.visualRect(base.proxy.index(0, 0)));
     }
 }
-BENCHMARK(BM_BaselineLiveUpdate)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BaselineLiveUpdateInPlace)->Arg(10000)->Arg(100000)->Iterations(50)->Unit(benchmark::kMillisecond);
 
-// Filling the shown page with n records in one answer, until it is laid out and painted.
-void BM_PageFill(benchmark::State& state)
+// Filling the shown page (or baseline) with n records in one answer, until it is laid out and painted;
+// taking it down is not timed.
+template <typename Make>
+void fillShown(benchmark::State& state, Make make)
 {
     const int n = int(state.range(0));
     records(0, n);
     for (auto _ : state) {
-        auto page = shownPage(n);
+        auto shown = make(n);
         state.PauseTiming();
-        page.reset();
+        shown.reset();
         state.ResumeTiming();
     }
+}
+
+void BM_PageFill(benchmark::State& state)
+{
+    fillShown(state, shownPage);
 }
 BENCHMARK(BM_PageFill)->Arg(1000)->Arg(3000)->Arg(10000)->Arg(30000)->Arg(100000)->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
 void BM_BaselineFill(benchmark::State& state)
 {
-    const int n = int(state.range(0));
-    records(0, n);
-    for (auto _ : state) {
-        auto base = shownBaseline(n);
-        state.PauseTiming();
-        base.reset();
-        state.ResumeTiming();
-    }
+    fillShown(state, shownBaseline);
 }
 BENCHMARK(BM_BaselineFill)->Arg(1000)->Arg(3000)->Arg(10000)->Arg(30000)->Arg(100000)->Iterations(1)
     ->Unit(benchmark::kMillisecond);
@@ -487,83 +536,41 @@ void BM_BaselineScrollToEnd(benchmark::State& state)
 }
 BENCHMARK(BM_BaselineScrollToEnd)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-double slope(const std::vector<std::pair<double, double>>& points)
+const std::vector<int> kFillSizes = {1000, 3000, 10000, 30000, 100000};
+
+void setUp()
 {
-    double sx = 0, sy = 0, sxx = 0, sxy = 0;
-    for (const auto& p : points) {
-        const double x = std::log(p.first), y = std::log(p.second);
-        sx += x;
-        sy += y;
-        sxx += x * x;
-        sxy += x * y;
-    }
-    const double n = double(points.size());
-    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
+    VyrEngine::CoreEngine::instance()->setCurrentUid(kMe);
+    VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
 }
 
-void printRatio(const MedianReporter& reporter, const char* what, const std::string& mine, const std::string& base,
-                bool wall)
+// Gaps and the scroll set their own time (GUI-thread CPU time of the longest wait); the rest is CPU time.
+void printRatios(const MedianReporter& reporter)
 {
-    const auto& times = wall ? reporter.realTimes() : reporter.cpuTimes();
-    const auto a = times.find(mine);
-    const auto b = times.find(base);
-    if (a == times.end() || b == times.end())
-        return;
-    std::printf("%-44s page %9.2f ms, baseline %9.2f ms, ratio x%.2f\n", what, a->second, b->second,
-                a->second / b->second);
-}
-
-void printExponent(const MedianReporter& reporter, const char* name)
-{
-    std::vector<std::pair<double, double>> points;
-    for (int n : {1000, 3000, 10000, 30000, 100000}) {
-        const auto t = reporter.cpuTimes().find(std::string(name) + "/" + std::to_string(n) + "/iterations:1");
-        if (t != reporter.cpuTimes().end())
-            points.emplace_back(double(n), t->second);
+    std::printf("A 60 Hz frame is 16.7 ms.\n");
+    for (const std::string n : {"10000", "100000"}) {
+        VyrBench::printRatio(reporter, "longest GUI gap, page of 30 loads, " + n, "BM_PageLoadGap/" + n,
+                             "BM_BaselineLoadGap/" + n, false);
+        VyrBench::printRatio(reporter, "one live update (moves to today), " + n, "BM_PageLiveUpdate/" + n,
+                             "BM_BaselineLiveUpdate/" + n);
+        VyrBench::printRatio(reporter, "one live update in place, " + n, "BM_PageLiveUpdateInPlace/" + n,
+                             "BM_BaselineLiveUpdateInPlace/" + n);
     }
-    if (points.size() >= 2)
-        std::printf("%-44s growth exponent %.2f over %d sizes (n log n is about 1.1 here)\n", name, slope(points),
-                    int(points.size()));
+    for (int n : kFillSizes) {
+        const std::string s = std::to_string(n);
+        VyrBench::printRatio(reporter, "fill in one go, " + s, "BM_PageFill/" + s, "BM_BaselineFill/" + s);
+    }
+    VyrBench::printGrowthExponent(reporter, "fill in one go, page (n log n is about 1.1 here)", "BM_PageFill",
+                                  kFillSizes);
+    VyrBench::printGrowthExponent(reporter, "fill in one go, baseline", "BM_BaselineFill", kFillSizes);
+    VyrBench::printRatio(reporter, "longest step, scroll 10,000 + 3 loads", "BM_PageScrollToEnd",
+                         "BM_BaselineScrollToEnd", false);
+    // The shown pages go before the application does.
+    QThreadPool::globalInstance()->waitForDone();
+    s_pages.clear();
+    s_bases.clear();
 }
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QCoreApplication::installTranslator(&translator);
-    VyrEngine::CoreEngine::instance()->setCurrentUid(kMe);
-    VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
-
-    benchmark::Initialize(&argc, argv);
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    std::printf("\nA 60 Hz frame is 16.7 ms.\n");
-    for (const char* n : {"10000", "100000"}) {
-        const std::string s(n);
-        printRatio(reporter, ("longest GUI gap, page of 30 loads, " + s).c_str(),
-                   "BM_PageLoadGap/" + s + "/iterations:2/manual_time",
-                   "BM_BaselineLoadGap/" + s + "/iterations:2/manual_time", true);
-        printRatio(reporter, ("one live update, " + s).c_str(), "BM_PageLiveUpdate/" + s + "/iterations:50",
-                   "BM_BaselineLiveUpdate/" + s + "/iterations:50", false);
-    }
-    for (const char* n : {"1000", "3000", "10000", "30000", "100000"}) {
-        const std::string s(n);
-        printRatio(reporter, ("fill in one go, " + s).c_str(), "BM_PageFill/" + s + "/iterations:1",
-                   "BM_BaselineFill/" + s + "/iterations:1", false);
-    }
-    printExponent(reporter, "BM_PageFill");
-    printExponent(reporter, "BM_BaselineFill");
-    printRatio(reporter, "longest step, scroll 10,000 + 3 loads", "BM_PageScrollToEnd/iterations:1/manual_time",
-               "BM_BaselineScrollToEnd/iterations:1/manual_time", true);
-    std::fflush(stdout);
-    benchmark::Shutdown();
-    QThreadPool::globalInstance()->waitForDone();
-    s_pages.clear();
-    s_bases.clear();
-    return 0;
-}
+VYR_BENCH_MAIN_SETUP(setUp, printRatios)

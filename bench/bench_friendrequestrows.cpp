@@ -5,7 +5,7 @@
 // Rows repaint unchanged (BM_HeaderRow, BM_PersonRow) and after the person's
 // message changed (BM_PersonRowChanged: laid out and painted anew).
 //
-// Run: QT_QPA_PLATFORM=offscreen build/bench/bench_friendrequestrows
+// Run: QT_QPA_PLATFORM=offscreen build-rel/bench/bench_friendrequestrows --benchmark_repetitions=3
 
 #include "AvatarManager.h"
 #include "ContactsEngine.h"
@@ -15,16 +15,14 @@
 #include "FriendRequestViewItem.h"
 #include "UserInfo.h"
 
-#include <QApplication>
 #include <QDateTime>
 #include <QImage>
 #include <QPainter>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
-#include <QTranslator>
 #include <benchmark/benchmark.h>
 
-#include "MedianReporter.h"
+#include "BenchMain.h"
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -165,45 +163,31 @@ void BM_PersonRowChanged(benchmark::State& state)
 }
 BENCHMARK(BM_PersonRowChanged)->Unit(benchmark::kMicrosecond);
 
+void setUp()
+{
+    VyrEngine::CoreEngine::instance()->setCurrentUid(kMe);
+    VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
+}
+
 // Each friend-request row against the plain row of its own height.
 void printRatios(const MedianReporter& reporter)
 {
-    const auto header = reporter.cpuTimes().find("BM_PlainRow/height:28");
-    const auto person = reporter.cpuTimes().find("BM_PlainRow/height:58");
-    if (header == reporter.cpuTimes().end() || person == reporter.cpuTimes().end())
-        return;
-    std::printf("\nRatio to a plain row of the same height in this run (28: %.1f us, 58: %.1f us):\n",
-                header->second, person->second);
-    for (const auto& entry : reporter.cpuTimes()) {
-        const bool isHeader = entry.first == "BM_HeaderRow";
-        if (!isHeader && entry.first.rfind("BM_PersonRow", 0) != 0)
-            continue;
-        const double base = isHeader ? header->second : person->second;
+    VyrBench::printRatio(reporter, "header row, repainted", "BM_HeaderRow", "BM_PlainRow/height:28");
+    for (const std::string kind : {"PersonRow", "PersonRowUncached", "PersonRowChanged"}) {
         // The goal holds for rows repainted unchanged; the others show what a change or no picture costs.
-        const bool isRepaint = entry.first.find("Uncached") == std::string::npos
-            && entry.first.find("Changed") == std::string::npos;
-        std::printf("  %-32s %8.1f us  x%5.2f%s\n", entry.first.c_str(), entry.second, entry.second / base,
-                    !isRepaint || entry.second / base <= 2.0 ? "" : "  (over 2)");
+        const bool isRepaint = kind == "PersonRow";
+        for (int status = 0; status <= 6; ++status) {
+            const std::string suffix = kind == "PersonRowChanged" ? "" : "/status:" + std::to_string(status);
+            const double ratio = VyrBench::printRatio(reporter, kind + suffix, "BM_" + kind + suffix,
+                                                      "BM_PlainRow/height:58");
+            if (isRepaint && ratio > 2.0)
+                std::printf("       over 2\n");
+            if (suffix.empty())
+                break;
+        }
     }
 }
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QCoreApplication::installTranslator(&translator);
-    VyrEngine::CoreEngine::instance()->setCurrentUid(kMe);
-    VyrEngine::CoreEngine::instance()->setCurrentTime(kNow);
-
-    benchmark::Initialize(&argc, argv);
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    printRatios(reporter);
-    benchmark::Shutdown();
-    return 0;
-}
+VYR_BENCH_MAIN_SETUP(setUp, printRatios)

@@ -5,7 +5,7 @@
 // of 1,000 rows repainted against a plain list view of the same rows, and
 // 2,000 adds with the window repainted after each.
 //
-//   QT_QPA_PLATFORM=offscreen ./bench_notice
+//   QT_QPA_PLATFORM=offscreen ./bench_notice --benchmark_repetitions=3
 //
 // After the usual table it prints each figure as a ratio to its baseline
 // measured in the same run (CPU time).
@@ -17,20 +17,17 @@
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "ScreenCorner.h"
-#include "ScreenCornerOverride_p.h"
 #include "VyrUtils.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QListView>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
-#include <QTranslator>
 #include <benchmark/benchmark.h>
 
-#include "MedianReporter.h"
+#include "BenchMain.h"
 #include <map>
 
 using namespace VyrEngine;
@@ -321,65 +318,32 @@ const char* kindName(int kind)
     return kind >= 0 && kind < 7 ? names[kind] : "?";
 }
 
-double cpuTime(const MedianReporter& reporter, const std::string& name)
+void setUp()
 {
-    // Exact, or the one run whose name goes on with its iteration count.
-    const auto found = reporter.cpuTimes().lower_bound(name);
-    if (found == reporter.cpuTimes().end() || found->first.compare(0, name.size(), name) != 0)
-        return 0.0;
-    return found->first == name || found->first[name.size()] == '/' ? found->second : 0.0;
+    CoreEngine::instance()->setCurrentTime(kNow);
+    AvatarManager::instance().setClusterAvatarName(501, QStringLiteral("Class Three"));
 }
 
+// Rows against the plain row (goal: repainted unchanged at most 2), the window of 1,000 rows (goal under
+// 1000 us) and 2,000 adds (goal under 500 ms) against a plain list view.
 void printRatios(const MedianReporter& reporter)
 {
-    const double baseline = cpuTime(reporter, kBaseline);
-    if (baseline <= 0)
-        return;
-    std::printf("\nRow paint, CPU time, ratio to %s (%.1f us) in this run (goal: at most 2):\n", kBaseline, baseline);
-    std::printf("  %-26s %10s %6s %10s %6s %10s %6s\n", "kind", "repaint us", "ratio", "changed us", "ratio",
-                "uncached", "ratio");
     for (int kind = 0; kind < 7; ++kind) {
         const std::string arg = "/kind:" + std::to_string(kind);
-        const double repaint = cpuTime(reporter, "BM_PaintRow" + arg);
-        const double changed = cpuTime(reporter, "BM_PaintChangedRow" + arg);
-        const double uncached = cpuTime(reporter, "BM_PaintRowUncached" + arg);
-        std::printf("  %-26s %10.1f %6.2f %10.1f %6.2f %10.1f %6.2f%s\n", kindName(kind), repaint, repaint / baseline,
-                    changed, changed / baseline, uncached, uncached / baseline,
-                    repaint / baseline <= 2.0 ? "" : "  (repaint over 2)");
+        const std::string name = kindName(kind);
+        const double repaint = VyrBench::printRatio(reporter, "row repainted, " + name, "BM_PaintRow" + arg, kBaseline);
+        if (repaint > 2.0)
+            std::printf("       repaint over 2\n");
+        VyrBench::printRatio(reporter, "row changed, " + name, "BM_PaintChangedRow" + arg, kBaseline);
+        VyrBench::printRatio(reporter, "row uncached, " + name, "BM_PaintRowUncached" + arg, kBaseline);
     }
-    const double window = cpuTime(reporter, "BM_RepaintGatheredWindow/1000");
-    const double plainView = cpuTime(reporter, "BM_RepaintPlainListView/1000");
-    if (plainView > 0)
-        std::printf("\nWindow of 1,000 rows repainted: %.1f us (goal under 1000 us); plain list view %.1f us; ratio %.2f\n",
-                    window, plainView, window / plainView);
-    const double adds = cpuTime(reporter, "BM_TwoThousandAddsWithRepaint");
-    const double plainAdds = cpuTime(reporter, "BM_TwoThousandPlainAppendsWithRepaint");
-    if (plainAdds > 0)
-        std::printf("2,000 adds, repaint after each: %.1f ms (goal under 500 ms); plain model and view %.1f ms; "
-                    "ratio %.2f\n",
-                    adds, plainAdds, adds / plainAdds);
+    VyrBench::printRatio(reporter, "window of 1,000 rows repainted", "BM_RepaintGatheredWindow/1000",
+                         "BM_RepaintPlainListView/1000");
+    VyrBench::printRatio(reporter, "2,000 adds, repaint after each", "BM_TwoThousandAddsWithRepaint",
+                         "BM_TwoThousandPlainAppendsWithRepaint");
 }
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QCoreApplication::installTranslator(&translator);
-    CoreEngine::instance()->setCurrentTime(kNow);
-    AvatarManager::instance().setClusterAvatarName(501, QStringLiteral("Class Three"));
-    // Quiet: the window logs each adjustment.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    ScreenCornerOverride::set({TaskbarEdge::Bottom, QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 760)});
-
-    benchmark::Initialize(&argc, argv);
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    printRatios(reporter);
-    benchmark::Shutdown();
-    return 0;
-}
+// The application is the one main's: offscreen, English, the fixed screen, the window's log lines silenced.
+VYR_BENCH_MAIN_SETUP(setUp, printRatios)

@@ -32,6 +32,8 @@ private slots:
     void dataByRole_data();
     void dataByRole();
     void flagsForValidAndInvalidIndex();
+    void indexOnlyInsideTheRows_data();
+    void indexOnlyInsideTheRows();
     void displayIdIsTheOtherPerson_data();
     void displayIdIsTheOtherPerson();
     void ownRefusedRecordChangesNothing_data();
@@ -233,6 +235,42 @@ void TestFriendRequestModel::flagsForValidAndInvalidIndex()
     QCOMPARE(m_model->flags(m_model->index(0, 0)), both);
     QCOMPARE(m_model->flags(m_model->index(0, 0, m_model->index(0, 0))), both | Qt::ItemNeverHasChildren);
     QCOMPARE(m_model->flags(QModelIndex()), Qt::ItemFlags(Qt::NoItemFlags));
+}
+
+// An index exists for each group and row and nowhere else; a row's index leads to its own person.
+void TestFriendRequestModel::indexOnlyInsideTheRows_data()
+{
+    QTest::addColumn<bool>("underGroup");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<quint64>("person");   // 0: no index
+    QTest::newRow("group") << false << 0 << 0 << quint64(0);
+    QTest::newRow("row 0") << true << 0 << 0 << quint64(8);
+    QTest::newRow("row 1") << true << 1 << 0 << quint64(7);
+    QTest::newRow("row past") << true << 2 << 0 << quint64(0);
+    QTest::newRow("row -1") << true << -1 << 0 << quint64(0);
+    QTest::newRow("column 1") << true << 0 << 1 << quint64(0);
+    QTest::newRow("column -1") << true << 0 << -1 << quint64(0);
+    QTest::newRow("group past") << false << 1 << 0 << quint64(0);
+    QTest::newRow("group col 1") << false << 0 << 1 << quint64(0);
+}
+
+void TestFriendRequestModel::indexOnlyInsideTheRows()
+{
+    QFETCH(bool, underGroup);
+    QFETCH(int, row);
+    QFETCH(int, column);
+    QFETCH(quint64, person);
+    seed({from(7, 1, 4, at(0)), from(8, 2, 4, at(0, 13))});
+    const QModelIndex parent = underGroup ? m_model->index(0, 0) : QModelIndex();
+    const QModelIndex index = m_model->index(row, column, parent);
+    const bool group = !underGroup && row == 0 && column == 0;
+    QCOMPARE(index.isValid(), group || person != 0);
+    if (person != 0) {
+        QCOMPARE(index.row(), row);
+        QCOMPARE(index.parent(), parent);
+        QCOMPARE(index.data(DisplayIdRole).toULongLong(), person);
+    }
 }
 
 // The row's person is the target when the user asked, the asker otherwise.

@@ -55,6 +55,7 @@ public:
     ~FriendRequestModel() override;
 
     bool isFriendRequestEmpty() const;
+    QModelIndex index(int row, int column, const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
