@@ -24,6 +24,7 @@
 #include "ContactsEngine.h"
 #include "CoreEngine.h"
 #include "CourseEngine.h"
+#include "BenchMain.h"
 #include "MedianReporter.h"
 #include "NoticeListModel.h"
 #include "NoticeListWidget.h"
@@ -441,28 +442,19 @@ void printExponents(const MedianReporter& reporter)
 
 } // namespace
 
-int main(int argc, char** argv)
+static void setUp()
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    QTranslator translator;
-    translator.load(QStringLiteral("VyrNotice_en"), QStringLiteral(VYR_TRANSLATIONS_DIR));
-    QCoreApplication::installTranslator(&translator);
-    // The windows log every sizing; the figures are about the work, not the log.
-    qSetMessagePattern(QString());
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     CoreEngine::instance()->setCurrentTime(kNow);
     // Lesson and cluster notices find their cluster, so that the intake logs nothing.
     ContactsEngine::instance()->putCluster(500, QStringLiteral("Class 3"));
     ContactsEngine::instance()->putCluster(900, QStringLiteral("Class 4"));
-
     registerBursts();
-    benchmark::Initialize(&argc, argv);
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+}
+
+static void after(const MedianReporter& reporter)
+{
     printRatios(reporter);
     printExponents(reporter);
-    benchmark::Shutdown();
-    return 0;
 }
+
+VYR_BENCH_MAIN_SETUP(setUp, after)
