@@ -1,6 +1,7 @@
 #include "FriendRequestModel.h"
 #include "FriendRequestViewItem.h"
 #include "FriendRequestViewItemProbe.h"
+#include "PaintSurface.h"
 #include "TestKit.h"
 
 #include "AvatarManager.h"
@@ -212,21 +213,11 @@ void TestFriendRequestRowPictures::changedSurfacePaintsAsNew()
     const QImage before = paintRow(*m_delegate, index, rect);
 
     QRect changed = rect;
-    qreal ratio = 1;
-    QFont font;
-    if (surface == QLatin1String("width")) {
+    if (surface == QLatin1String("width"))
         changed.setWidth(rect.width() - 100);
-    } else if (surface == QLatin1String("font")) {
-        font.setFamily(QStringLiteral("Serif"));
-        font.setStyleStrategy(QFont::NoAntialias);
-    } else if (surface == QLatin1String("appfont")) {
-        QFont appFont = QApplication::font();
-        appFont.setStyleStrategy(QFont::NoAntialias);
-        QApplication::setFont(appFont);
-        font = appFont;
-    } else {
-        ratio = 2;
-    }
+    const PaintSurface surfaceChange = PaintSurface::changedTo(surface);
+    const qreal ratio = surfaceChange.ratio;
+    const QFont font = surfaceChange.font;
     const QImage after = paintRow(*m_delegate, index, changed, ratio, font);
     if (ratio == 1 && changed == rect && surface != QLatin1String("font"))
         QVERIFY(after != before);   // the row's own texts are set in the application's font

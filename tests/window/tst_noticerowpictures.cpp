@@ -5,6 +5,7 @@
 #include "NoticeListViewItem.h"
 #include "NoticeListWidget.h"
 #include "ResourceSpy.h"
+#include "PaintSurface.h"
 #include "PixelProbe.h"
 #include "TestKit.h"
 #include "VyrUtils.h"
@@ -255,22 +256,11 @@ void TestNoticeRowPictures::changedSurfacePaintsAsNew()
     fresh.setChinaLocale(false);
 
     QRect rect = kRow;
-    qreal ratio = 1;
-    QFont font;
-    if (surface == QLatin1String("width")) {
-        // Narrower, on a canvas of the same size, so the two compare.
+    if (surface == QLatin1String("width")) // narrower, on a canvas of the same size, so the two compare
         rect = kRow.adjusted(0, 0, -120, 0);
-    } else if (surface == QLatin1String("font")) {
-        font.setFamily(QStringLiteral("Serif"));
-        font.setStyleStrategy(QFont::NoAntialias);
-    } else if (surface == QLatin1String("appfont")) {
-        QFont appFont = QApplication::font();
-        appFont.setStyleStrategy(QFont::NoAntialias);
-        QApplication::setFont(appFont);
-        font = appFont;
-    } else {
-        ratio = 2;
-    }
+    const PaintSurface changed = PaintSurface::changedTo(surface);
+    const qreal ratio = changed.ratio;
+    const QFont font = changed.font;
     QImage after = paintRow(*m_delegate, row(), rect, ratio, font);
     if (surface == QLatin1String("width")) {
         QImage wide(kRow.size(), QImage::Format_ARGB32_Premultiplied);
