@@ -90,16 +90,7 @@ void TestFriendRequestOpen::showWithFirstPage(int count, int perDay)
 
 QModelIndex TestFriendRequestOpen::leafOf(quint64 peer) const
 {
-    QAbstractItemModel* model = m_view->model();
-    for (int g = 0; g < model->rowCount(); ++g) {
-        const QModelIndex group = model->index(g, 0);
-        for (int r = 0; r < model->rowCount(group); ++r) {
-            const QModelIndex leaf = model->index(r, 0, group);
-            if (leaf.data(DisplayIdRole).toULongLong() == peer)
-                return leaf;
-        }
-    }
-    return QModelIndex();
+    return Fr::leafOf(m_view->model(), peer);
 }
 
 int TestFriendRequestOpen::shownRows() const

@@ -161,16 +161,7 @@ void TestFriendRequestTreeView::load()
 
 QModelIndex TestFriendRequestTreeView::leafOf(quint64 peer) const
 {
-    QAbstractItemModel* model = m_view->model();
-    for (int g = 0; g < model->rowCount(); ++g) {
-        const QModelIndex group = model->index(g, 0);
-        for (int r = 0; r < model->rowCount(group); ++r) {
-            const QModelIndex leaf = model->index(r, 0, group);
-            if (leaf.data(DisplayIdRole).toULongLong() == peer)
-                return leaf;
-        }
-    }
-    return {};
+    return Fr::leafOf(m_view->model(), peer);
 }
 
 QRect TestFriendRequestTreeView::rowRect(const QModelIndex& index) const

@@ -2,6 +2,7 @@
 
 #include "CoreEngine.h"
 #include "FriendRequestInfo.h"
+#include "FriendRequestModel.h"
 #include "NoticeEngine.h"
 
 #include <QDate>
@@ -70,6 +71,20 @@ inline void resetKit()
     VyrEngine::NoticeEngine::instance()->clear();
     VyrEngine::CoreEngine::instance()->setCurrentUid(Me);
     VyrEngine::CoreEngine::instance()->setCurrentTime(static_cast<qint64>(at(-1)));
+}
+
+// The row of `peer` in a tree of day groups (the page's proxy or model), or an invalid index.
+inline QModelIndex leafOf(const QAbstractItemModel* model, quint64 peer)
+{
+    for (int g = 0; g < model->rowCount(); ++g) {
+        const QModelIndex group = model->index(g, 0);
+        for (int r = 0; r < model->rowCount(group); ++r) {
+            const QModelIndex leaf = model->index(r, 0, group);
+            if (leaf.data(FriendRequest::DisplayIdRole).toULongLong() == peer)
+                return leaf;
+        }
+    }
+    return QModelIndex();
 }
 
 } // namespace Fr
